@@ -1,0 +1,35 @@
+# Compiler settings as one interface target, and the vector kernels' own flags.
+
+add_library(zelvo_options INTERFACE)
+target_compile_features(zelvo_options INTERFACE cxx_std_20)
+if(MSVC)
+  target_compile_options(zelvo_options INTERFACE /W4)
+else()
+  # One written order of sums and no contraction: reruns agree to the last bit.
+  target_compile_options(zelvo_options INTERFACE -ffp-contract=off -Wall -Wextra -Wpedantic
+                                                 -Wconversion -Wshadow)
+  if(ZELVO_WERROR)
+    target_compile_options(zelvo_options INTERFACE -Werror)
+  endif()
+  if(ZELVO_SANITIZE)
+    target_compile_options(zelvo_options INTERFACE -fsanitize=address,undefined
+                                                   -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(zelvo_options INTERFACE -fsanitize=address,undefined)
+  endif()
+endif()
+
+# Files named *_avx2.cpp hold the same kernels as their *_plain.cpp twins (both include one
+# *_kernels.inc), compiled for AVX2 and FMA; the program chooses between the two when it starts.
+# On other processors the twins are compiled alike and the plain one is chosen.
+function(zelvo_vector_kernels target)
+  if(NOT CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64|amd64" OR MSVC)
+    return()
+  endif()
+  get_target_property(sources ${target} SOURCES)
+  foreach(source IN LISTS sources)
+    if(source MATCHES "_avx2\\.cpp$")
+      set_source_files_properties(${source} PROPERTIES COMPILE_OPTIONS
+                                  "-mavx2;-mfma;-ffp-contract=fast")
+    endif()
+  endforeach()
+endfunction()

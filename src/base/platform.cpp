@@ -1,0 +1,61 @@
+#include "base/platform.h"
+
+#ifdef _WIN32
+
+#include <conio.h>
+#include <io.h>
+#include <windows.h>
+
+double process_cpu_seconds() {
+  FILETIME created, ended, kernel, user;
+  GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user);
+  const auto seconds = [](const FILETIME& t) {
+    const auto ticks = (static_cast<unsigned long long>(t.dwHighDateTime) << 32) | t.dwLowDateTime;
+    return static_cast<double>(ticks) * 1.0e-7;  // ticks of 100 ns
+  };
+  return seconds(kernel) + seconds(user);
+}
+
+void wait_for_key() {
+  if (_isatty(0)) (void)_getch();
+}
+
+void keep_freed_memory() {}
+
+#else
+
+#include <malloc.h>
+#include <sys/resource.h>
+#include <termios.h>
+#include <unistd.h>
+
+double process_cpu_seconds() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const auto seconds = [](const timeval& t) {
+    return static_cast<double>(t.tv_sec) + 1.0e-6 * static_cast<double>(t.tv_usec);
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+void wait_for_key() {
+  termios kept{};
+  if (!isatty(STDIN_FILENO) || tcgetattr(STDIN_FILENO, &kept) != 0) return;
+  termios raw = kept;
+  raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
+  raw.c_cc[VMIN] = 1;
+  raw.c_cc[VTIME] = 0;
+  tcsetattr(STDIN_FILENO, TCSANOW, &raw);
+  char key;
+  [[maybe_unused]] const ssize_t got = read(STDIN_FILENO, &key, 1);
+  tcsetattr(STDIN_FILENO, TCSANOW, &kept);
+}
+
+void keep_freed_memory() {
+#ifdef __GLIBC__
+  mallopt(M_MMAP_MAX, 0);         // large blocks too come from the heap,
+  mallopt(M_TRIM_THRESHOLD, -1);  // and its free end is never given back
+#endif
+}
+
+#endif

@@ -1,0 +1,98 @@
+#include "base/text.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+#include "base/failures.h"
+
+namespace {
+
+// text right-aligned in width columns, or width asterisks when it is longer.
+void put_field(std::string& out, std::string_view text, int width) {
+  const int length = static_cast<int>(text.size());
+  if (length > width) {
+    out.append(static_cast<std::size_t>(width), '*');
+    return;
+  }
+  put_blanks(out, width - length);
+  out.append(text);
+}
+
+[[noreturn]] void fail(const std::string& name) { throw FileFailure{name, std::strerror(errno)}; }
+
+}  // namespace
+
+void put_blanks(std::string& out, int n) { out.append(static_cast<std::size_t>(n), ' '); }
+
+void put_int(std::string& out, std::int64_t value, int width) {
+  char digits[24];
+  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  put_field(out, {digits, static_cast<std::size_t>(end - digits)}, width);
+}
+
+void put_real(std::string& out, double value, int width, int decimals) {
+  if (std::isnan(value)) return put_field(out, "NaN", width);
+  if (std::isinf(value)) {
+    const char* full = value > 0 ? "Infinity" : "-Infinity";
+    const bool fits = static_cast<int>(std::strlen(full)) <= width;
+    return put_field(out, fits ? full : (value > 0 ? "Inf" : "-Inf"), width);
+  }
+  char digits[64];
+  const auto [end, error] =
+      std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, decimals);
+  // A number too long for the buffer is longer than any field.
+  if (error != std::errc{}) return out.append(static_cast<std::size_t>(width), '*'), void();
+  put_field(out, {digits, static_cast<std::size_t>(end - digits)}, width);
+}
+
+void free_line(std::string& out, std::string_view text) {
+  out.append(" ").append(text).append("\n");
+}
+
+void free_line(std::string& out, std::int64_t value) { free_line(out, value, ""); }
+
+void free_line(std::string& out, std::int64_t value, std::string_view text) {
+  put_int(out, value, 12);
+  out.append(text).append("\n");
+}
+
+void free_line(std::string& out, std::string_view text, std::int64_t value) {
+  out.append(" ").append(text);
+  put_int(out, value, 12);
+  out.append("\n");
+}
+
+void free_line(std::string& out, std::string_view text, double value) {
+  char digits[40];
+  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  out.append(" ").append(text);
+  put_field(out, {digits, static_cast<std::size_t>(end - digits)}, 26);
+  out.append("\n");
+}
+
+void console(std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stdout);
+  std::fflush(stdout);
+}
+
+ResultFile open_file(const char* name) {
+  ResultFile f{name, {}, std::fopen(name, "w")};
+  if (f.file == nullptr) fail(f.name);
+  return f;
+}
+
+void flush_file(ResultFile& f) {
+  if (std::fwrite(f.text.data(), 1, f.text.size(), f.file) != f.text.size()) fail(f.name);
+  if (std::fflush(f.file) != 0) fail(f.name);
+  f.text.clear();
+}
+
+void close_file(ResultFile& f) {
+  if (f.file == nullptr) return;
+  flush_file(f);
+  std::FILE* file = std::exchange(f.file, nullptr);
+  if (std::fclose(file) != 0) fail(f.name);
+}

@@ -1,0 +1,31 @@
+// What the analysis of a sparse symmetric matrix finds out: order, elimination tree, supernodes and
+// the row structure of the factor. All numbers count from 1; offsets into the factor are 64-bit.
+//
+// A supernode with c columns and r rows in its first column is a dense r x c column-major rectangle
+// in the factor storage lnz, leading dimension r: its top c rows hold the diagonal block.
+#pragma once
+#include <cstdint>
+
+#include "base/arrays.h"
+
+struct FactorStructure {
+  int neqns = 0;
+  int nsuper = 0;
+  int max_cols = 0;              // columns of the largest supernode
+  int max_rows = 0;              // length of the longest column
+  std::int64_t factor_size = 0;  // reals in lnz, rectangles whole
+  std::int64_t update_size = 0;  // reals in the largest update between two supernodes
+  Vector<int> perm, invp;        // (neqns) perm(new) = old, invp(old) = new
+  Vector<int> parent, colcnt;    // (neqns) elimination tree, 0 at a root; column lengths of L
+  Vector<int> xsuper;            // (nsuper+1) first column of each supernode
+  Vector<int> snode;             // (neqns) supernode of each column
+  Vector<std::int64_t> xlindx;   // (nsuper+1) first row index of each supernode in lindx
+  Vector<int> lindx;             // row indices of each supernode's first column, ascending
+  Vector<std::int64_t> xlnz;     // (neqns+1) start of each column in lnz
+  Vector<std::int64_t> luperm;   // (stored values of A) place of each in lnz
+  Vector<int> sparent;           // (nsuper) supernodal tree, 0 at a root
+  Vector<int> ncolupd;           // (nsuper) how many supernodes update each supernode
+  Vector<int> snorder;           // (nsuper) order of the numeric stage, children first
+  Vector<int> xchild, child;     // (nsuper+1), (nsuper) children of each supernode, ascending
+  Vector<int> topdown;           // (nsuper) order of the backward solve, parents first
+};
