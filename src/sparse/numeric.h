@@ -1,0 +1,44 @@
+// Numeric factorization and solve of a sparse symmetric matrix whose structure is known.
+//
+// The factor of P A P' is computed supernode by supernode, left-looking, on dense rectangles
+// (Ng and Peyton 1993): L L' (Cholesky), or L D L' with unit L and diagonal D. There is no numerical
+// pivoting in either: the order of the structure is final.
+#pragma once
+#include <cstdint>
+
+#include "base/arrays.h"
+#include "sparse/structure.h"
+
+// Factor and work storage of one matrix. It outlives the call: a second factorization of the same
+// structure finds everything large enough and allocates nothing.
+struct NumericWork {
+  Vector<double> lnz;     // (factor_size) the factor; for L D L' the diagonal places hold D
+  Vector<double> temp;    // update of one supernode by another, before its rows are spread
+  Vector<double> packed;  // operands of the dense kernels in the order in which they are read
+  Vector<double> work;    // (neqns + max_rows) right-hand side in new order, rows of one supernode
+  Vector<int> indmap;     // (neqns) distance of a row from the bottom of the target's rectangle
+  Vector<int> link;       // (nsuper) lists of the supernodes that wait for the same target
+  Vector<int> remaining;  // (nsuper) rows of a supernode that are not yet used as targets
+};
+
+// Results of the two factorizations.
+constexpr int FACTOR_DONE = 0;
+constexpr int FACTOR_BAD_PIVOT = -1;   // Cholesky: a pivot not positive; L D L': a pivot of zero
+constexpr int FACTOR_TEMP_SMALL = -2;  // an update does not fit into temp
+
+// Makes w large enough for the structure. temp_size is the wanted length of temp, at least the
+// largest update that needs it. Arrays that are large enough already are kept as they are.
+void reserve_numeric(const FactorStructure& s, std::int64_t temp_size, NumericWork& w);
+
+// lnz(luperm(k)) = a(k) for the stored values of A, all other places of the factor zero.
+void scatter_a(const FactorStructure& s, const double* a, Vector<double>& lnz);
+
+// Factors the matrix with the stored values a (in the order of luperm). After a result other than
+// FACTOR_DONE lnz holds a partial factor. No tolerance enters: a pivot of 1.0e-300 passes.
+int factor_cholesky(const FactorStructure& s, const double* a, NumericWork& w);
+int factor_ldl(const FactorStructure& s, const double* a, NumericWork& w);
+
+// Solves A x = b with the factor in w, one right-hand side after the other.
+//   b, x  (neqns,nrhs)  in, out; they may be the same array
+void solve_cholesky(const FactorStructure& s, NumericWork& w, const double* b, int nrhs, double* x);
+void solve_ldl(const FactorStructure& s, NumericWork& w, const double* b, int nrhs, double* x);
