@@ -17,3 +17,7 @@ struct Elements {
   Vector<int> fixnode;  // (nfix) bottom flange nodes of each support in turn
   int nel() const { return nshell + nibel + nebel + nlatel + nwsel + nstud + nsupel; }
 };
+
+// Computes all tables from positions and the section pattern: nothing is searched. Positions must
+// lie on the girder, lateral types are 1 or 2, external braces need two girders.
+Elements generate_elements(const Model& model);

@@ -10,3 +10,12 @@ struct Nodes {
   Matrix<double> vt1;  // (3,nnode) unit tangent across the plate
   Matrix<double> vt2;  // (3,nnode) unit tangent along the girder
 };
+
+// Nodes of a model, checked: a bridge whose equations an int cannot count throws MemoryFailure.
+int node_count(const Model& model);
+
+// Generate all nodes, station by station. The first section lies in the x-y plane, the girder runs
+// toward negative z and, when curved, bends toward positive x about the vertical axis through the
+// origin. The radius must be positive and larger than half the width of the structure.
+void generate_nodes_one(const Model& model, Nodes& nodes);
+void generate_nodes_two(const Model& model, Nodes& nodes);
