@@ -1,0 +1,234 @@
+#include "model/matrix.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+
+#include "base/failures.h"
+#include "base/text.h"
+#include "model/pattern.h"
+
+namespace {
+
+// Lists of varying length, one behind the other: list i is item(start(i)) to item(start(i+1) - 1).
+struct Lists {
+  Vector<std::int64_t> start;
+  Vector<int> item;
+};
+
+template <class Visit>
+void each_element(const Elements& el, Visit visit) {
+  const auto table = [&](const Matrix<int>& conn) {
+    for (int e = 1; e <= conn.cols(); ++e) visit(conn.column(e), conn.rows());
+  };
+  table(el.shconn);
+  table(el.ibconn);
+  table(el.ebconn);
+  table(el.latconn);
+  table(el.wsconn);
+  table(el.studconn);
+  table(el.supconn);
+}
+
+// Nodes of every element of all kinds, numbered in one sequence.
+Lists elements_to_nodes(const Elements& el) {
+  int nel = 0;
+  std::int64_t total = 0;
+  each_element(el, [&](const int*, int nen) {
+    ++nel;
+    total += nen;
+  });
+  Lists elnode{Vector<std::int64_t>(std::int64_t{nel} + 1, "the element lists"),
+               Vector<int>(total, "the element lists", UNINITIALIZED)};
+  int e = 0;
+  std::int64_t next = 1;
+  each_element(el, [&](const int* node, int nen) {
+    elnode.start(++e) = next;
+    for (int a = 0; a < nen; ++a) elnode.item(next++) = node[a];
+  });
+  elnode.start(nel + 1) = next;
+  return elnode;
+}
+
+// Elements at every node, ascending.
+Lists nodes_to_elements(int nnode, const Lists& elnode) {
+  Lists ndelem{Vector<std::int64_t>(std::int64_t{nnode} + 2, "the node lists"),
+               Vector<int>(elnode.item.size(), "the node lists", UNINITIALIZED)};
+  // start(n+1) counts, then points to the next free place of node n, and ends as the start of n+1.
+  for (const int n : elnode.item) ++ndelem.start(n + 2);
+  ndelem.start(1) = ndelem.start(2) = 1;
+  for (int n = 2; n <= nnode + 1; ++n) ndelem.start(n + 1) += ndelem.start(n);
+  const int nel = static_cast<int>(elnode.start.size()) - 1;
+  for (int e = 1; e <= nel; ++e)
+    for (std::int64_t p = elnode.start(e); p < elnode.start(e + 1); ++p)
+      ndelem.item(ndelem.start(elnode.item(p) + 1)++) = e;
+  return ndelem;
+}
+
+// A node itself, then every higher node that shares an element with it.
+class NeighbourLists {
+ public:
+  NeighbourLists(int nnode, const Lists& elnode, const Lists& ndelem)
+      : elnode_(elnode), ndelem_(ndelem), seen_(nnode), list_(nnode) {}
+  int collect(int i) {
+    int k = 0;
+    ++stamp_;
+    list_(++k) = i;
+    for (std::int64_t q = ndelem_.start(i); q < ndelem_.start(i + 1); ++q) {
+      const int e = ndelem_.item(q);
+      for (std::int64_t p = elnode_.start(e); p < elnode_.start(e + 1); ++p) {
+        const int n = elnode_.item(p);
+        if (n <= i || seen_(n) == stamp_) continue;
+        seen_(n) = stamp_;
+        list_(++k) = n;
+      }
+    }
+    return k;
+  }
+  const Vector<int>& sorted(int k) {
+    std::sort(list_.begin(), list_.begin() + k);
+    return list_;
+  }
+
+ private:
+  const Lists& elnode_;
+  const Lists& ndelem_;
+  Vector<int> seen_;  // (nnode) stamp of the last list that took the node
+  Vector<int> list_;
+  int stamp_ = 0;  // lists collected so far
+};
+
+// A node whose list holds k nodes stores its own upper triangle and k-1 full blocks.
+std::int64_t count_entries(int nnode, NeighbourLists& lists) {
+  std::int64_t nnz = 0;
+  for (int i = 1; i <= nnode; ++i) nnz += 25 * std::int64_t{lists.collect(i)} - 10;
+  return nnz;
+}
+
+void fill_rows(int nnode, NeighbourLists& lists, MatrixPattern& pattern) {
+  Vector<int>&ia = pattern.ia, &ja = pattern.ja;
+  int next = 1;
+  for (int i = 1; i <= nnode; ++i) {
+    const int k = lists.collect(i);
+    const Vector<int>& node = lists.sorted(k);
+    for (int q = 1; q <= NDOF; ++q) {
+      ia(equation(i, q)) = next;
+      for (int d = q; d <= NDOF; ++d) ja(next++) = equation(i, d);
+      for (int j = 2; j <= k; ++j)
+        for (int d = 1; d <= NDOF; ++d) ja(next++) = equation(node(j), d);
+    }
+  }
+  ia(pattern.n + 1) = next;
+}
+
+}  // namespace
+
+MatrixPattern build_pattern(int nnode, const Elements& elements) {
+  const Lists elnode = elements_to_nodes(elements);
+  const Lists ndelem = nodes_to_elements(nnode, elnode);
+  NeighbourLists lists(nnode, elnode, ndelem);
+
+  const std::int64_t nnz = count_entries(nnode, lists);
+  constexpr std::int64_t most = std::numeric_limits<int>::max();
+  if (nnz >= most || std::int64_t{NDOF} * nnode >= most)
+    throw MemoryFailure{static_cast<double>(nnz) * (sizeof(int) + sizeof(double)),
+                        "the stiffness matrix"};
+  MatrixPattern pattern;
+  pattern.n = NDOF * nnode;
+  pattern.nnz = static_cast<int>(nnz);
+  pattern.ia = Vector<int>(std::int64_t{pattern.n} + 1, "the stiffness matrix", UNINITIALIZED);
+  pattern.ja = Vector<int>(nnz, "the stiffness matrix", UNINITIALIZED);
+  fill_rows(nnode, lists, pattern);
+  console_line("Connectivity Process Completed");
+  return pattern;
+}
+
+void add_element(const double* ke, int ld, const int* dof, int n, const MatrixPattern& pattern,
+                 Vector<double>& K) {
+  const MatrixView<const double> k{ke, n, n, ld};
+  for (int a = 1; a <= n; ++a) {
+    for (int b = a; b <= n; ++b) {
+      const int row = std::min(dof[a - 1], dof[b - 1]), column = std::max(dof[a - 1], dof[b - 1]);
+      int t = pattern.ia(row);
+      while (t < pattern.ia(row + 1) && pattern.ja(t) != column) ++t;
+      if (t < pattern.ia(row + 1)) K(t) += k(a, b);
+    }
+  }
+}
+
+namespace {
+
+// Place of a higher node in the neighbour list of a lower one, counted from 0, or -1. The columns
+// of the lower node's first row are that list, five columns for each node.
+int find_neighbour(const MatrixPattern& pattern, int low, int high) {
+  const int row = equation(low, 1);
+  const int* first = pattern.ja.data() + (pattern.ia(row) - 1);
+  int n = (pattern.ia(row + 1) - pattern.ia(row)) / NDOF, j = 0;
+  const int column = equation(high, 1);
+  while (n > 1) {  // the last place whose column is not beyond the one wanted
+    const int half = n / 2;
+    j = first[NDOF * (j + half)] <= column ? j + half : j;
+    n -= half;
+  }
+  return first[NDOF * j] == column ? j : -1;
+}
+
+// Block of two different nodes: K(rows of low, columns of high) += block. The block is read with
+// a step along the row and a step down the column, so one body serves it and its transpose.
+template <int ndof>
+void add_pair(const double* block, int down, int along, int low, int j,
+              const MatrixPattern& pattern, double* values) {
+  for (int q = 0; q < ndof; ++q) {
+    double* run = values + (pattern.ia(equation(low, q + 1)) - 1) + (NDOF * j - q);
+    const double* from = block + q * down;
+    for (int c = 0; c < ndof; ++c) run[c] += from[c * along];
+  }
+}
+
+// Block of a node with itself. A diagonal block of the element is read above its diagonal only;
+// an element that names a node twice adds that pair's whole block, folded onto the upper triangle.
+template <int ndof>
+void add_own(const double* block, int ld, bool diagonal, int n, const MatrixPattern& pattern,
+             double* values) {
+  for (int q = 0; q < ndof; ++q) {
+    for (int c = diagonal ? q : 0; c < ndof; ++c) {
+      const int row = std::min(q, c), past = std::abs(q - c);
+      values[pattern.ia(equation(n, row + 1)) - 1 + past] += block[q + ld * c];
+    }
+  }
+}
+
+template <int ndof>
+void add_blocks(const double* ke, int ld, const int* node, int nen, const MatrixPattern& pattern,
+                double* values) {
+  for (int a = 0; a < nen; ++a) {
+    for (int b = a; b < nen; ++b) {
+      const double* block = ke + ndof * (a + std::ptrdiff_t{ld} * b);
+      const int na = node[a], nb = node[b];
+      if (na == nb) {
+        add_own<ndof>(block, ld, a == b, na, pattern, values);
+        continue;
+      }
+      const int j = find_neighbour(pattern, std::min(na, nb), std::max(na, nb));
+      if (j < 0) continue;
+      if (na < nb)
+        add_pair<ndof>(block, 1, ld, na, j, pattern, values);
+      else
+        add_pair<ndof>(block, ld, 1, nb, j, pattern, values);
+    }
+  }
+}
+
+}  // namespace
+
+void add_node_blocks(const double* ke, int ld, const int* node, int nen, int ndof,
+                     const MatrixPattern& pattern, Vector<double>& K) {
+  assert(ndof == 3 || ndof == NDOF);
+  if (ndof == NDOF)
+    add_blocks<NDOF>(ke, ld, node, nen, pattern, K.data());
+  else
+    add_blocks<3>(ke, ld, node, nen, pattern, K.data());
+}
