@@ -26,7 +26,7 @@ class Vector {
     assert(n >= 0);
     if (n == 0) return;
     constexpr auto limit = std::numeric_limits<std::ptrdiff_t>::max() / std::ptrdiff_t{sizeof(T)};
-    void* block = n > limit ? nullptr : ::operator new(bytes(), ALIGNMENT, std::nothrow);
+    void* block = n < 0 || n > limit ? nullptr : ::operator new(bytes(), ALIGNMENT, std::nothrow);
     if (block == nullptr) throw MemoryFailure{static_cast<double>(n) * double{sizeof(T)}, what};
     p_ = static_cast<T*>(block);
     if (fill == ZERO) clear();

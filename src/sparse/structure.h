@@ -14,7 +14,8 @@ struct FactorStructure {
   int max_cols = 0;              // columns of the largest supernode
   int max_rows = 0;              // length of the longest column
   std::int64_t factor_size = 0;  // reals in lnz, rectangles whole
-  std::int64_t update_size = 0;  // reals in the largest update between two supernodes
+  std::int64_t update_size = 0;  // reals for the largest update that needs temporary room: the
+                                 // whole rectangle, rows left in the source x columns of the target
   Vector<int> perm, invp;        // (neqns) perm(new) = old, invp(old) = new
   Vector<int> parent, colcnt;    // (neqns) elimination tree, 0 at a root; column lengths of L
   Vector<int> xsuper;            // (nsuper+1) first column of each supernode

@@ -1,0 +1,36 @@
+// Analysis of a sparse symmetric matrix from the pattern of its upper triangle alone: order,
+// elimination tree, supernodes and the complete structure of the factor.
+//
+// Equations with the same neighbours are ordered and analysed as one (sparse/graph.h); all results
+// are those of the single equations.
+#pragma once
+#include "sparse/structure.h"
+#include "sparse/symbolic.h"
+
+constexpr int PANEL_LIMIT = 80;        // columns of a supernode
+constexpr int BAD_PERMUTATION = -190;  // the caller's order is no permutation
+
+// What ordering leaves for the structure of the factor.
+struct Reordering {
+  Groups groups;
+  Graph graph;
+  GroupTree tree;
+  Chains chains;
+};
+
+// Graph, order, elimination tree and supernodes.
+//
+//   ia, ja     in   rows of the upper triangle, numbers from 1
+//   user_perm  in   (neqns) user_perm(new) = old, or null: nested dissection. A given order is
+//                   refined by postorders of its tree only, which leaves the fill as it is.
+//
+// Fills neqns, perm, invp, parent, colcnt, nsuper, xsuper, snode. Returns 0 or a detail code.
+int reorder(int neqns, const int* ia, const int* ja, const int* user_perm, int maxsup,
+            Reordering& r, FactorStructure& f);
+
+// Row structure of the factor and all that the numeric stages walk by. Returns 0 or a detail code.
+int symbolic(const int* ia, const int* ja, Reordering& r, FactorStructure& f);
+
+// Both; nnza = ia(neqns+1)-1 stored values.
+int analyse(int neqns, int nnza, const int* ia, const int* ja, const int* user_perm,
+            FactorStructure& f);
