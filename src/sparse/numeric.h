@@ -12,13 +12,15 @@
 // Factor and work storage of one matrix. It outlives the call: a second factorization of the same
 // structure finds everything large enough and allocates nothing.
 struct NumericWork {
-  Vector<double> lnz;     // (factor_size) the factor; for L D L' the diagonal places hold D
-  Vector<double> temp;    // update of one supernode by another, before its rows are spread
-  Vector<double> packed;  // operands of the dense kernels in the order in which they are read
-  Vector<double> work;    // (neqns + max_rows) right-hand side in new order, rows of one supernode
-  Vector<int> indmap;     // (neqns) distance of a row from the bottom of the target's rectangle
-  Vector<int> link;       // (nsuper) lists of the supernodes that wait for the same target
-  Vector<int> remaining;  // (nsuper) rows of a supernode that are not yet used as targets
+  Vector<double> lnz;          // (factor_size) the factor; for L D L' the diagonal places hold D
+  std::int64_t temp_size = 0;  // reals of temp that an update may take
+  Vector<double> temp;         // update of a supernode by another, before its rows are spread
+  Vector<double> packed;       // pivots of a supernode, operands in the order of their use
+  Vector<double> work;         // (neqns + max_rows) right-hand side in new order, one supernode's
+  Vector<int> indmap;          // (neqns) distance of a row from the bottom of the target
+  Vector<int> link;            // (nsuper) lists of the supernodes that wait for the same target
+  Vector<int> head;            // (nsuper) first supernode of the list that waits for each target
+  Vector<int> remaining;       // (nsuper) rows of a supernode that are not yet used as targets
 };
 
 // Results of the two factorizations.
