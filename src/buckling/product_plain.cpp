@@ -1,0 +1,13 @@
+// The bundle kernel compiled for any processor.
+#include "buckling/product_kernels.h"
+
+namespace {
+#include "buckling/product_kernels.inc"
+}
+
+namespace product_plain {
+void bundle(int count, const int* columns, const double* const* v, const double* xi, double* sums,
+            const double* x, double* y) {
+  multiply_bundle(count, columns, v, xi, sums, x, y);
+}
+}  // namespace product_plain
