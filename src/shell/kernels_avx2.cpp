@@ -1,0 +1,5 @@
+#include "shell/kernels.h"
+
+namespace shell_avx2 {
+#include "shell/kernels.inc"
+}

@@ -1,0 +1,5 @@
+#include "shell/kernels.h"
+
+namespace shell_plain {
+#include "shell/kernels.inc"
+}

@@ -1,0 +1,128 @@
+#include "shell/points.h"
+
+// Thickness points. The two-point Gauss rule about the middle surface; a deck stands with its whole
+// thickness on the director side of its nodes, so there the same rule is moved up by 1.
+constexpr double ZETA = 0.5773502691896258;  // 1/sqrt(3)
+constexpr double PLATE_ZETA[2] = {-ZETA, ZETA};
+constexpr double DECK_ZETA[2] = {0.42264973081037416, 1.5773502691896257};
+
+struct alignas(32) ZetaLanes {
+  double z[SHELL_LANES];
+};
+
+// The lanes beyond the last point repeat it.
+static constexpr int surface_point(int lane) { return lane < SHELL_POINTS ? lane % 9 + 1 : 9; }
+
+static constexpr LaneTables make_lane_tables() {
+  LaneTables t{};
+  for (int l = 0; l < SHELL_LANES; ++l) {
+    const int g = surface_point(l);
+    for (int i = 1; i <= SHELL_NODES; ++i) {
+      t.N[i - 1][l] = SHAPE.shp(i, g);
+      t.dxi[i - 1][l] = SHAPE.d(1, i, g);
+      t.deta[i - 1][l] = SHAPE.d(2, i, g);
+    }
+    t.weight[l] = l < SHELL_POINTS ? SHAPE.gwt(g) : 0.0;
+  }
+  return t;
+}
+
+static constexpr ZetaLanes make_zeta_lanes(const double (&zeta)[2]) {
+  ZetaLanes lanes{};
+  for (int l = 0; l < SHELL_LANES; ++l) lanes.z[l] = zeta[l < 9 ? 0 : 1];
+  return lanes;
+}
+
+static constexpr LaneTables LANES = make_lane_tables();
+static constexpr ZetaLanes PLATE_LANES = make_zeta_lanes(PLATE_ZETA);
+static constexpr ZetaLanes DECK_LANES = make_zeta_lanes(DECK_ZETA);
+
+const LaneTables& lane_tables() { return LANES; }
+
+LastInverse& last_inverse() {
+  static LastInverse record;
+  return record;
+}
+
+ShellData shell_data(const ShellWork& w) {
+  const bool deck = w.kind > double{1.9f} && w.kind < double{2.1f};
+  const double c1 = w.young / (1 - w.poisson * w.poisson);
+  return {w.exyz.data(),
+          w.evn.data(),
+          w.evt1.data(),
+          w.evt2.data(),
+          w.thick / 2,
+          deck ? DECK_LANES.z : PLATE_LANES.z,
+          c1,
+          w.poisson * c1,
+          0.5 * w.young / (1 + w.poisson)};
+}
+
+// AVX2 with FMA, or what the platform has anyway.
+static bool wide() {
+#if defined(__x86_64__)
+  static const bool both = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+  return both;
+#else
+  return false;
+#endif
+}
+
+// Lane l of a table of 3 x 3 matrices held by rows.
+static void load(const double (&lanes)[9][SHELL_LANES], int l, Matrix3& m) {
+  for (int i = 1; i <= 3; ++i)
+    for (int j = 1; j <= 3; ++j) m(i, j) = lanes[3 * (i - 1) + j - 1][l];
+}
+static void store(const Matrix3& m, int l, double (&lanes)[9][SHELL_LANES]) {
+  for (int i = 1; i <= 3; ++i)
+    for (int j = 1; j <= 3; ++j) lanes[3 * (i - 1) + j - 1][l] = m(i, j);
+}
+
+static void point_frames(const ShellData& s, PointFrames& f) {
+  wide() ? shell_avx2::point_frames(LANES, s, f) : shell_plain::point_frames(LANES, s, f);
+}
+
+void map_points(const ShellData& s, Matrix3& ainv, PointFrames& f) {
+  point_frames(s, f);
+  bool regular = true;
+  for (const double det : f.det) regular &= !(det < DETERMINANT_LIMIT);
+  if (regular) return load(f.R, SHELL_POINTS - 1, ainv);
+
+  Matrix3 J;
+  for (int l = 0; l < SHELL_LANES; ++l) {
+    if (l < SHELL_POINTS) {
+      load(f.J, l, J);
+      f.det[l] = invert3(J, ainv);
+    }
+    store(ainv, l, f.R);
+  }
+}
+
+void map_point(const ShellData& s, int lane, Matrix3& ainv, Matrix3& e) {
+  PointFrames f;
+  Matrix3 J;
+  point_frames(s, f);
+  load(f.J, lane, J);
+  load(f.e, lane, e);
+  invert3(J, ainv);
+}
+
+void shell_product(const ShellData& s, const PointFrames& f, ShellMatrix& ke) {
+  wide() ? shell_avx2::shell_product(LANES, s, f, ke.data())
+         : shell_plain::shell_product(LANES, s, f, ke.data());
+}
+void point_stresses(const ShellData& s, const PointFrames& f, const ShellVector& d,
+                    PointStresses& S) {
+  wide() ? shell_avx2::point_stresses(LANES, s, f, d.data(), S)
+         : shell_plain::point_stresses(LANES, s, f, d.data(), S);
+}
+void node_forces(const ShellData& s, const PointFrames& f, const PointStresses& S, int node,
+                 FixedVector<double, 5>& force) {
+  wide() ? shell_avx2::node_forces(LANES, s, f, S, node - 1, force.data())
+         : shell_plain::node_forces(LANES, s, f, S, node - 1, force.data());
+}
+void gradient_products(const ShellData& s, const PointFrames& f, const PointStresses& S,
+                       FixedMatrix<double, 18, 18>& c) {
+  wide() ? shell_avx2::gradient_products(LANES, s, f, S, c.data())
+         : shell_plain::gradient_products(LANES, s, f, S, c.data());
+}
