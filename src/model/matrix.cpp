@@ -4,7 +4,6 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 
 #include "base/failures.h"
@@ -161,74 +160,86 @@ void add_element(const double* ke, int ld, const int* dof, int n, const MatrixPa
 
 namespace {
 
-// Place of a higher node in the neighbour list of a lower one, counted from 0, or -1. The columns
-// of the lower node's first row are that list, five columns for each node.
-int find_neighbour(const MatrixPattern& pattern, int low, int high) {
-  const int row = equation(low, 1);
-  const int* first = pattern.ja.data() + (pattern.ia(row) - 1);
-  int n = (pattern.ia(row + 1) - pattern.ia(row)) / NDOF, j = 0;
-  const int column = equation(high, 1);
-  while (n > 1) {  // the last place whose column is not beyond the one wanted
-    const int half = n / 2;
-    j = first[NDOF * (j + half)] <= column ? j + half : j;
-    n -= half;
-  }
-  return first[NDOF * j] == column ? j : -1;
-}
+constexpr int MAX_NODES = 9;  // of an element
 
-// Block of two different nodes: K(rows of low, columns of high) += block. The block is read with
-// a step along the row and a step down the column, so one body serves it and its transpose.
-template <int ndof>
-void add_pair(const double* block, int down, int along, int low, int j,
-              const MatrixPattern& pattern, double* values) {
-  for (int q = 0; q < ndof; ++q) {
-    double* run = values + (pattern.ia(equation(low, q + 1)) - 1) + (NDOF * j - q);
-    const double* from = block + q * down;
-    for (int c = 0; c < ndof; ++c) run[c] += from[c * along];
-  }
-}
+// Nodes of an element in ascending order; at is the place of each in the element.
+struct SortedNodes {
+  int node[MAX_NODES], at[MAX_NODES];
 
-// Block of a node with itself. A diagonal block of the element is read above its diagonal only;
-// an element that names a node twice adds that pair's whole block, folded onto the upper triangle.
-template <int ndof>
-void add_own(const double* block, int ld, bool diagonal, int n, const MatrixPattern& pattern,
-             double* values) {
-  for (int q = 0; q < ndof; ++q) {
-    for (int c = diagonal ? q : 0; c < ndof; ++c) {
-      const int row = std::min(q, c), past = std::abs(q - c);
-      values[pattern.ia(equation(n, row + 1)) - 1 + past] += block[q + ld * c];
-    }
-  }
-}
-
-template <int ndof>
-void add_blocks(const double* ke, int ld, const int* node, int nen, const MatrixPattern& pattern,
-                double* values) {
-  for (int a = 0; a < nen; ++a) {
-    for (int b = a; b < nen; ++b) {
-      const double* block = ke + ndof * (a + std::ptrdiff_t{ld} * b);
-      const int na = node[a], nb = node[b];
-      if (na == nb) {
-        add_own<ndof>(block, ld, a == b, na, pattern, values);
-        continue;
+  SortedNodes(const int* nodes, int nen) {
+    for (int a = 0; a < nen; ++a) {
+      int i = a;
+      for (; i > 0 && node[i - 1] > nodes[a]; --i) {
+        node[i] = node[i - 1];
+        at[i] = at[i - 1];
       }
-      const int j = find_neighbour(pattern, std::min(na, nb), std::max(na, nb));
-      if (j < 0) continue;
-      if (na < nb)
-        add_pair<ndof>(block, 1, ld, na, j, pattern, values);
-      else
-        add_pair<ndof>(block, ld, 1, nb, j, pattern, values);
+      node[i] = nodes[a];
+      at[i] = a;
     }
   }
+};
+
+// Places of the higher nodes in the columns of every node's first row, counted from 0. False if a
+// pair is not in the pattern, or if the element names a node twice.
+bool find_places(const SortedNodes& s, int nen, const MatrixPattern& pattern,
+                 int (&place)[MAX_NODES][MAX_NODES]) {
+  for (int a = 0; a < nen; ++a) {
+    const int row = equation(s.node[a], 1), end = pattern.ia(row + 1) - 1;
+    int t = pattern.ia(row) - 1;
+    const int first = t;
+    for (int b = a + 1; b < nen; ++b) {
+      const int column = equation(s.node[b], 1);
+      while (t < end && pattern.ja.data()[t] < column) t += NDOF;
+      if (t >= end || pattern.ja.data()[t] != column || s.node[b] == s.node[b - 1]) return false;
+      place[a][b] = t - first;
+    }
+  }
+  return true;
+}
+
+// Row by row of the matrix, so that memory is walked in order: an element spreads over a few
+// hundred cache lines, and fetching them is what the add costs.
+template <int ndof>
+void add_rows(const double* ke, std::ptrdiff_t ld, const SortedNodes& s, int nen,
+              const int (&place)[MAX_NODES][MAX_NODES], const MatrixPattern& pattern, double* K) {
+  for (int a = 0; a < nen; ++a) {
+    const int ka = ndof * s.at[a];
+    for (int q = 0; q < ndof; ++q) {
+      // Row q of a node lacks the q columns before its diagonal.
+      double* row = K + (pattern.ia(equation(s.node[a], q + 1)) - 1) - q;
+      for (int c = q; c < ndof; ++c) row[c] += ke[(ka + q) + ld * (ka + c)];
+      for (int b = a + 1; b < nen; ++b) {
+        double* run = row + place[a][b];
+        const int kb = ndof * s.at[b];
+        if (ka < kb)
+          for (int c = 0; c < ndof; ++c) run[c] += ke[(ka + q) + ld * (kb + c)];
+        else
+          for (int c = 0; c < ndof; ++c) run[c] += ke[(kb + c) + ld * (ka + q)];
+      }
+    }
+  }
+}
+
+// The rule by single equations, for elements that are not as elements should be.
+void add_by_equations(const double* ke, int ld, const int* node, int nen, int ndof,
+                      const MatrixPattern& pattern, Vector<double>& K) {
+  int dof[MAX_NODES * NDOF];
+  for (int a = 0; a < nen; ++a)
+    for (int d = 1; d <= ndof; ++d) dof[ndof * a + d - 1] = equation(node[a], d);
+  add_element(ke, ld, dof, nen * ndof, pattern, K);
 }
 
 }  // namespace
 
 void add_node_blocks(const double* ke, int ld, const int* node, int nen, int ndof,
                      const MatrixPattern& pattern, Vector<double>& K) {
-  assert(ndof == 3 || ndof == NDOF);
-  if (ndof == NDOF)
-    add_blocks<NDOF>(ke, ld, node, nen, pattern, K.data());
+  assert((ndof == 3 || ndof == NDOF) && nen <= MAX_NODES);
+  const SortedNodes sorted(node, nen);
+  int place[MAX_NODES][MAX_NODES];
+  if (!find_places(sorted, nen, pattern, place))
+    add_by_equations(ke, ld, node, nen, ndof, pattern, K);
+  else if (ndof == NDOF)
+    add_rows<NDOF>(ke, ld, sorted, nen, place, pattern, K.data());
   else
-    add_blocks<3>(ke, ld, node, nen, pattern, K.data());
+    add_rows<3>(ke, ld, sorted, nen, place, pattern, K.data());
 }
