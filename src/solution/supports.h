@@ -1,0 +1,19 @@
+// Support conditions as penalties on stored values of the stiffness matrix.
+#pragma once
+#include "base/arrays.h"
+#include "model/description.h"
+#include "model/elements.h"
+#include "model/matrix.h"
+
+// Stiffness that holds a freedom of the pinned support, and every support vertically, kip/in. The
+// reactions are read back from the displacements it leaves.
+constexpr double BIG = 1.0e20;
+
+// Holds the restrained nodes: y of all nine bottom flange nodes of a support line at BIG; x and z of
+// the centre node too at the first (pinned) support. Rollers, all other supports, are held across
+// the girder by 1000 times the largest value that K stores on entry: in a straight model every node
+// in x, in a curved one the centre node along the radius.
+//
+//   K  (nnz)  in/out  assembled stiffness
+void apply_supports(const Model& model, const Elements& elements, const MatrixPattern& pattern,
+                    Vector<double>& K);
