@@ -1,0 +1,117 @@
+#include "bars/braces.h"
+
+#include "bars/gather.h"
+
+namespace {
+
+constexpr int MID = 3;  // freedoms of M, the first of the patch
+
+// kb: all bars of the brace on the five points, and BRACE_EPS on the diagonal of M.
+void patch_stiffness(const BracePattern& brace, const BraceCorners& c12,
+                     const FixedVector<double, 3>& prop, PatchMatrix& kb) {
+  const PatchVector points = patch_points(brace, c12);
+  kb.clear();
+  for (int m = 0; m < brace.bars; ++m) {
+    const auto [a, b] = brace.bar[m];
+    BarMatrix ke{};
+    bar_stiffness(ke, ends(points, a, b), prop);
+    add_bar(ke, a, b, kb);
+  }
+  for (int i = 1; i <= MID; ++i) kb(i, i) += BRACE_EPS;
+}
+
+// Gaussian elimination of M without exchange of rows: with the grounded M, kb is positive definite
+// there. The third pivot is BRACE_EPS up to rounding when the plane of the brace is x-y.
+void eliminate_mid_node(PatchMatrix& kb) {
+  constexpr int n = PatchMatrix::rows();
+  for (int p = 1; p <= MID; ++p)
+    for (int r = p + 1; r <= n; ++r) {
+      const double f = kb(r, p) / kb(p, p);
+      for (int c = 1; c <= n; ++c) kb(r, c) -= f * kb(p, c);
+    }
+}
+
+void brace_stiffness(const BracePattern& brace, const BraceCorners& c12,
+                     const FixedVector<double, 3>& prop, BraceMatrix& k12) {
+  PatchMatrix kb;
+  patch_stiffness(brace, c12, prop, kb);
+  eliminate_mid_node(kb);
+  for (int j = 1; j <= 12; ++j)
+    for (int i = 1; i <= 12; ++i) k12(i, j) = kb(MID + i, MID + j);
+}
+
+void assemble_braces(const BracePattern& brace, const Nodes& nodes, const Matrix<int>& conn,
+                     int nel, const Matrix<double>& prop, const MatrixPattern& pattern,
+                     Vector<double>& K) {
+  BraceMatrix k12;
+  for (int e = 1; e <= nel; ++e) {
+    brace_stiffness(brace, gather_points<4>(nodes, conn, e), column_of(prop, e), k12);
+    add_node_blocks(k12.data(), k12.rows(), conn.column(e), 4, 3, pattern, K);
+  }
+}
+
+}  // namespace
+
+PatchVector patch_points(const BracePattern& brace, const BraceCorners& c12) {
+  PatchVector points;
+  for (int i = 1; i <= 12; ++i) points(MID + i) = c12(i);
+  for (int i = 1; i <= 3; ++i)
+    points(i) = (points(3 * (brace.left - 1) + i) + points(3 * (brace.right - 1) + i)) / 2;
+  return points;
+}
+
+void ibrace_stiffness(BraceMatrix& k12, const BraceCorners& c12,
+                      const FixedVector<double, 3>& prop) {
+  brace_stiffness(INTERNAL_BRACE, c12, prop, k12);
+}
+
+void ebrace_stiffness(BraceMatrix& k12, const BraceCorners& c12,
+                      const FixedVector<double, 3>& prop) {
+  brace_stiffness(EXTERNAL_BRACE, c12, prop, k12);
+}
+
+void ebrace_parts(FixedMatrix<double, 3, 3>& kii, FixedMatrix<double, 3, 12>& kib,
+                  const BraceCorners& c12, const FixedVector<double, 3>& prop) {
+  PatchMatrix kb;
+  patch_stiffness(EXTERNAL_BRACE, c12, prop, kb);
+  for (int i = 1; i <= MID; ++i) {
+    for (int j = 1; j <= MID; ++j) kii(i, j) = kb(i, j);
+    for (int j = 1; j <= 12; ++j) kib(i, j) = kb(i, MID + j);
+  }
+}
+
+PatchVector ebrace_displacements(const BraceCorners& c12, const BraceCorners& u12,
+                                 const FixedVector<double, 3>& prop) {
+  FixedMatrix<double, 3, 3> kii, inverse;
+  FixedMatrix<double, 3, 12> kib;
+  ebrace_parts(kii, kib, c12, prop);
+  inverse3(kii, inverse);
+  const FixedVector<double, 3> mid = multiply(inverse, multiply(kib, u12));
+  PatchVector u15;
+  for (int i = 1; i <= MID; ++i) u15(i) = -mid(i);
+  for (int i = 1; i <= 12; ++i) u15(MID + i) = u12(i);
+  return u15;
+}
+
+void inverse3(const FixedMatrix<double, 3, 3>& a, FixedMatrix<double, 3, 3>& ai) {
+  // Cofactor of a(i,j), the indices taken in cyclic order.
+  const auto cofactor = [&a](int i, int j) {
+    const int i1 = i % 3 + 1, i2 = i1 % 3 + 1, j1 = j % 3 + 1, j2 = j1 % 3 + 1;
+    return a(i1, j1) * a(i2, j2) - a(i1, j2) * a(i2, j1);
+  };
+  const double det = a(1, 1) * cofactor(1, 1) + a(1, 2) * cofactor(1, 2) + a(1, 3) * cofactor(1, 3);
+  for (int j = 1; j <= 3; ++j)
+    for (int i = 1; i <= 3; ++i) ai(i, j) = det == 0 ? 0.0 : cofactor(j, i) / det;
+}
+
+void assemble_ibraces(const Nodes& nodes, const Elements& elements, const Properties& properties,
+                      const MatrixPattern& pattern, Vector<double>& K) {
+  assemble_braces(INTERNAL_BRACE, nodes, elements.ibconn, elements.nibel, properties.ibprop,
+                  pattern, K);
+}
+
+void assemble_ebraces(const Nodes& nodes, const Elements& elements, const Properties& properties,
+                      const MatrixPattern& pattern, Vector<double>& K) {
+  assemble_braces(EXTERNAL_BRACE, nodes, elements.ebconn, elements.nebel, properties.ebprop,
+                  pattern, K);
+}
