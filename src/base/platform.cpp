@@ -20,10 +20,13 @@ void wait_for_key() {
   if (_isatty(0)) (void)_getch();
 }
 
+void keep_standard_streams() {}
+
 void keep_freed_memory() {}
 
 #else
 
+#include <fcntl.h>
 #include <malloc.h>
 #include <sys/resource.h>
 #include <termios.h>
@@ -41,6 +44,9 @@ double process_cpu_seconds() {
 void wait_for_key() {
   termios kept{};
   if (!isatty(STDIN_FILENO) || tcgetattr(STDIN_FILENO, &kept) != 0) return;
+  // Changing the settings of a terminal from the background would stop the process.
+  const pid_t foreground = tcgetpgrp(STDIN_FILENO);
+  if (foreground != -1 && foreground != getpgrp()) return;
   termios raw = kept;
   raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
   raw.c_cc[VMIN] = 1;
@@ -49,6 +55,11 @@ void wait_for_key() {
   char key;
   [[maybe_unused]] const ssize_t got = read(STDIN_FILENO, &key, 1);
   tcsetattr(STDIN_FILENO, TCSANOW, &kept);
+}
+
+void keep_standard_streams() {
+  for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream)
+    if (fcntl(stream, F_GETFD) == -1) (void)open("/dev/null", O_RDWR);  // takes the lowest free one
 }
 
 void keep_freed_memory() {

@@ -5,8 +5,12 @@
 double process_cpu_seconds();
 
 // Reads one key. A terminal is read without waiting for Enter; a pipe, a file or a closed standard
-// input never blocks.
+// input never blocks, nor does a terminal that belongs to another job.
 void wait_for_key();
+
+// Gives a closed standard stream the null device, so that no file opened later takes its place and
+// receives what was meant for the console.
+void keep_standard_streams();
 
 // Keeps freed memory in the process: a page given back to the system costs its first touch again.
 void keep_freed_memory();

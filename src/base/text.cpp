@@ -74,8 +74,8 @@ void free_line(std::string& out, std::string_view text, double value) {
 }
 
 void console(std::string_view text) {
-  std::fwrite(text.data(), 1, text.size(), stdout);
-  std::fflush(stdout);
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) fail("standard output");
+  if (std::fflush(stdout) != 0) fail("standard output");
 }
 
 ResultFile open_file(const char* name) {

@@ -24,7 +24,8 @@ void free_line(std::string& out, std::string_view text, std::int64_t value);
 // " text" and the real with all its digits in 26 columns, line end.
 void free_line(std::string& out, std::string_view text, double value);
 
-// The console is standard output. Each call writes at once, so progress shows when it happens.
+// The console is standard output. Each call writes at once, so progress shows when it happens; what
+// cannot be written throws FileFailure.
 void console(std::string_view text);
 template <class... Items>
 void console_line(Items... items) {
