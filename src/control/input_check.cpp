@@ -1,0 +1,239 @@
+#include "control/input_check.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+namespace {
+
+// The fault "keyword row R: what (value), must be allowed".
+void fault(Input& in, Keyword k, int row, int line, const std::string& what,
+           const std::string& value, const std::string& allowed) {
+  add_fault(in.notes, line,
+            place(KEYWORD_NAMES[k], row) + what + " (" + value + "), must be " + allowed);
+}
+
+bool good_row(const Input& in, Keyword k, int row) {
+  return in.block[k].rows[static_cast<std::size_t>(row - 1)].good;
+}
+int row_line(const Input& in, Keyword k, int row) {
+  return in.block[k].rows[static_cast<std::size_t>(row - 1)].line;
+}
+
+// All single values of the keyword were read.
+bool good_heads(const Input& in, Keyword k) {
+  const auto& heads = in.block[k].heads;
+  return in.block[k].line > 0 && !heads.empty() &&
+         std::all_of(heads.begin(), heads.end(), [](const RecordPlace& p) { return p.good; });
+}
+bool length_known(const Input& in) { return good_heads(in, LGBR) && in.model.lgbr >= 0; }
+int head_line(const Input& in, Keyword k) { return in.block[k].heads.front().line; }
+
+enum class Range { POSITIVE, NOT_NEGATIVE };
+
+void check_column(Input& in, Keyword k, const std::string& name, const Vector<double>& values,
+                  Range range) {
+  for (int i = 1; i <= values.size(); ++i) {
+    if (!good_row(in, k, i)) continue;
+    if (range == Range::POSITIVE && !(values(i) > 0))
+      fault(in, k, i, row_line(in, k, i), name + " is not positive", number(values(i)), "above 0");
+    if (range == Range::NOT_NEGATIVE && values(i) < 0)
+      fault(in, k, i, row_line(in, k, i), name + " is negative", number(values(i)), "0 or more");
+  }
+}
+
+void check_positions(Input& in, Keyword k, const std::string& name, const Vector<int>& positions) {
+  if (!length_known(in)) return;
+  for (int i = 1; i <= positions.size(); ++i)
+    if (good_row(in, k, i) && (positions(i) < 0 || positions(i) > in.model.lgbr))
+      fault(in, k, i, row_line(in, k, i), name + " is outside the girder",
+            std::to_string(positions(i)), "0 to " + std::to_string(in.model.lgbr));
+}
+
+// A list of consecutive segments, lengths being its first rows.
+void check_cover(Input& in, Keyword k, const Vector<int>& lengths) {
+  if (!in.block[k].complete) return;
+  std::int64_t sum = 0;
+  bool sound = length_known(in);
+  for (int i = 1; i <= lengths.size(); ++i) {
+    sound = sound && good_row(in, k, i);
+    sum += lengths(i);
+    if (lengths(i) >= 0) continue;
+    fault(in, k, i, row_line(in, k, i), "length is negative", std::to_string(lengths(i)),
+          "0 or more");
+    sound = false;
+  }
+  if (sound && sum != in.model.lgbr)
+    fault(in, k, 0, in.block[k].line, "segment lengths do not add up to the girder length",
+          std::to_string(sum) + " in multiples of 24", std::to_string(in.model.lgbr));
+}
+
+void check_count(Input& in, Keyword k, const std::string& name, std::size_t head, int count,
+                 int least) {
+  if (in.block[k].complete && count < least)
+    fault(in, k, 0, in.block[k].heads[head].line, name + " is too small", std::to_string(count),
+          std::to_string(least) + " or more");
+}
+
+void check_keywords(Input& in) {
+  for (const Keyword k :
+       {NGIRD, LGBR, SECDIM, WEBTHICK, BOTFTHICK, TFTHICK, SUPPORT, STUDS, POUR_SEQ})
+    if (in.block[k].line == 0)
+      add_fault(in.notes, in.last_line,
+                place(KEYWORD_NAMES[k], 0) + "the keyword is missing, must be given");
+}
+
+void check_section(Input& in) {
+  constexpr const char* NAMES[] = {
+      "depth",      "bottom flange width", "distance of the web tops", "top flange width",
+      "deck width", "deck thickness"};
+  if (!good_heads(in, SECDIM)) return;
+  for (int i = 1; i <= 6; ++i)
+    if (!(in.model.secdim(i) > 0))
+      fault(in, SECDIM, 0, head_line(in, SECDIM), std::string(NAMES[i - 1]) + " is not positive",
+            number(in.model.secdim(i)), "above 0");
+}
+
+void check_radius(Input& in) {
+  const Model& m = in.model;
+  if (!good_heads(in, RCURV) || m.rcurv == 0) return;
+  if (m.rcurv < 0)
+    return fault(in, RCURV, 0, head_line(in, RCURV), "radius is negative", number(m.rcurv),
+                 "0 for a straight girder, or positive");
+  const bool width_known = good_heads(in, SECDIM) && good_heads(in, NGIRD) &&
+                           (in.block[OFFSET].line == 0 || good_heads(in, OFFSET));
+  if (width_known && m.rcurv <= half_width(m))
+    fault(in, RCURV, 0, head_line(in, RCURV), "radius is too small", number(m.rcurv),
+          "more than the half width of the structure, " + number(half_width(m)));
+}
+
+// Frames stand between the girders at every support: their corners have to be apart.
+void check_offset(Input& in) {
+  const Model& m = in.model;
+  const bool given = in.block[OFFSET].line > 0;
+  if (m.ngird != 2 || (given && !good_heads(in, OFFSET))) return;
+  const int line = given ? head_line(in, OFFSET) : in.last_line;
+  if (m.offset < 0)
+    return fault(in, OFFSET, 0, line, "offset is negative", number(m.offset), "0 or more");
+  if (!good_heads(in, SECDIM)) return;
+  if (2 * m.offset == m.secdim(3))
+    fault(in, OFFSET, 0, line, "web tops of the two girders coincide", number(m.offset),
+          "other than half the distance of the web tops");
+  if (2 * m.offset == m.secdim(2))
+    fault(in, OFFSET, 0, line, "bottom flange corners of the two girders coincide",
+          number(m.offset), "other than half the bottom flange width");
+}
+
+void check_scalars(Input& in) {
+  const Model& m = in.model;
+  if (good_heads(in, NGIRD) && m.ngird != 1 && m.ngird != 2)
+    fault(in, NGIRD, 0, head_line(in, NGIRD), "no model has so many girders",
+          std::to_string(m.ngird), "1 or 2");
+  if (good_heads(in, LGBR) && m.lgbr < 0)
+    fault(in, LGBR, 0, head_line(in, LGBR), "length is negative", std::to_string(m.lgbr),
+          "0 or more");
+  check_section(in);
+  check_offset(in);
+  check_radius(in);
+}
+
+void check_plates(Input& in, Keyword k, const PlateSegments& plates) {
+  check_count(in, k, "number of segments", 0, plates.n, 1);
+  if (plates.n >= 1) check_cover(in, k, plates.len);
+  check_column(in, k, "thickness", plates.t, Range::POSITIVE);
+}
+
+void check_laterals(Input& in) {
+  const Model& m = in.model;
+  for (int i = 1; i <= m.lat_type.size(); ++i)
+    if (good_row(in, TOP_LATERAL, i) && m.lat_type(i) != 1 && m.lat_type(i) != 2)
+      fault(in, TOP_LATERAL, i, row_line(in, TOP_LATERAL, i), "type is none that exists",
+            std::to_string(m.lat_type(i)), "1 or 2");
+  check_positions(in, TOP_LATERAL, "first position", m.lat_from);
+  check_positions(in, TOP_LATERAL, "second position", m.lat_to);
+  check_column(in, TOP_LATERAL, "area", m.lat_area, Range::NOT_NEGATIVE);
+}
+
+void check_attachments(Input& in) {
+  const Model& m = in.model;
+  check_positions(in, INTERNAL_BRACE, "position", m.ib_pos);
+  check_column(in, INTERNAL_BRACE, "area", m.ib_area, Range::NOT_NEGATIVE);
+  if (m.nebrace > 0 && m.ngird == 1)
+    fault(in, EXTERNAL_BRACE, 0, in.block[EXTERNAL_BRACE].line, "one girder has no external braces",
+          std::to_string(m.nebrace) + " rows", "left out, or 0 rows");
+  check_positions(in, EXTERNAL_BRACE, "position", m.eb_pos);
+  check_column(in, EXTERNAL_BRACE, "area", m.eb_area, Range::NOT_NEGATIVE);
+  check_laterals(in);
+  // Without the buckling check a stiffener of no area adds nothing; with it, its torsion constant
+  // over its area has no value.
+  const Range range = m.buckle ? Range::POSITIVE : Range::NOT_NEGATIVE;
+  check_positions(in, WEB_STIFFENER, "position", m.ws_pos);
+  check_column(in, WEB_STIFFENER, "width", m.ws_b, range);
+  check_column(in, WEB_STIFFENER, "thickness", m.ws_t, range);
+  check_count(in, SUPPORT, "number of supports", 0, m.nsupp, 0);
+  check_positions(in, SUPPORT, "position", m.supp_pos);
+}
+
+void check_studs(Input& in) {
+  const Model& m = in.model;
+  check_count(in, STUDS, "number of rows", 0, m.nstudrow, 0);
+  if (m.nstudrow >= 0) check_cover(in, STUDS, m.stud_len);
+  check_column(in, STUDS, "spacing", m.stud_spacing, Range::NOT_NEGATIVE);
+  // A negative number of studs repeats the row before.
+  if (m.stud_count.size() > 0 && good_row(in, STUDS, 1) && m.stud_count(1) < 0)
+    fault(in, STUDS, 1, row_line(in, STUDS, 1), "number of studs across is negative",
+          std::to_string(m.stud_count(1)), "0 or more in the first row");
+}
+
+void check_pour_sequence(Input& in) {
+  const Model& m = in.model;
+  check_count(in, POUR_SEQ, "number of segments", 1, m.npour, 1);
+  if (m.npour >= 1) check_cover(in, POUR_SEQ, m.pour_len);
+  if (!in.block[POUR_SEQ].complete) return;
+  for (int k = 1; k <= m.pour_e.rows(); ++k) {
+    for (int j = 1; j <= m.npour; ++j) {
+      const int row = m.npour * k + j;
+      if (!good_row(in, POUR_SEQ, row)) continue;
+      const std::string stage =
+          " of analysis " + std::to_string(k) + " segment " + std::to_string(j) + " is negative";
+      const int line = row_line(in, POUR_SEQ, row);
+      if (m.pour_e(k, j) < 0)
+        fault(in, POUR_SEQ, row, line, "deck modulus" + stage, number(m.pour_e(k, j)), "0 or more");
+      if (m.pour_k(k, j) < 0)
+        fault(in, POUR_SEQ, row, line, "stud stiffness" + stage, number(m.pour_k(k, j)),
+              "0 or more");
+    }
+  }
+}
+
+// Without the buckling check none of its settings is used.
+void check_buckling(Input& in) {
+  const Model& m = in.model;
+  if (!m.buckle) return;
+  if (good_heads(in, BUCKLE) && m.nev < 1)
+    fault(in, BUCKLE, 0, in.block[BUCKLE].heads.back().line, "number of modes is too small",
+          std::to_string(m.nev), "1 or more");
+  if (good_heads(in, SOLVER) && (m.solver_type < 0 || m.solver_type > 2))
+    fault(in, SOLVER, 0, head_line(in, SOLVER), "solver type is none that exists",
+          std::to_string(m.solver_type), "1 or 2, or 0 for the default");
+}
+
+}  // namespace
+
+double half_width(const Model& m) {
+  const FixedVector<double, 6>& s = m.secdim;
+  const double girder = std::max(s(3) / 2 + s(4) / 2, s(2) / 2);
+  return std::max(s(5) / 2, m.ngird == 2 ? m.offset + girder : girder);
+}
+
+void check_input(Input& in) {
+  check_keywords(in);
+  check_scalars(in);
+  check_plates(in, WEBTHICK, web_segments(in.model));
+  check_plates(in, BOTFTHICK, bottom_segments(in.model));
+  check_plates(in, TFTHICK, top_segments(in.model));
+  check_attachments(in);
+  check_studs(in);
+  check_pour_sequence(in);
+  check_buckling(in);
+}

@@ -1,0 +1,60 @@
+#include "control/input_notes.h"
+
+#include <algorithm>
+#include <charconv>
+
+void add_fault(InputNotes& notes, int line, std::string text) {
+  if (notes.faults.size() == MAX_NOTES) {
+    ++notes.faults_left_out;
+    return;
+  }
+  notes.faults.push_back({line, std::move(text)});
+}
+
+void add_warning(InputNotes& notes, int line, std::string text) {
+  if (notes.warnings.size() < MAX_NOTES) notes.warnings.push_back({line, std::move(text)});
+}
+
+std::string place(std::string_view keyword, int row) {
+  std::string text(keyword);
+  if (row > 0) text.append(" row ").append(std::to_string(row));
+  return text.append(": ");
+}
+
+std::string number(double value) {
+  char digits[40];
+  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  return {digits, end};
+}
+
+std::string printable(std::string_view text) {
+  constexpr char HEX[] = "0123456789abcdef";
+  std::string out;
+  for (const char ch : text) {
+    const auto byte = static_cast<unsigned char>(ch);
+    if (byte >= 0x20 && byte < 0x7f)
+      out.push_back(ch);
+    else
+      out.append("\\x").append({HEX[byte / 16], HEX[byte % 16]});
+  }
+  return out;
+}
+
+std::string note_lines(const InputNotes& notes) {
+  std::vector<Note> all = notes.faults;
+  for (const Note& w : notes.warnings) all.push_back({w.line, "warning: " + w.text});
+  std::stable_sort(all.begin(), all.end(),
+                   [](const Note& a, const Note& b) { return a.line < b.line; });
+  std::string out;
+  for (const Note& n : all) {
+    out.append(INPUT_FILE).append(":");
+    if (n.line > 0) out.append(std::to_string(n.line)).append(":");
+    out.append(" ").append(n.text).append("\n");
+  }
+  if (notes.faults_left_out > 0)
+    out.append(INPUT_FILE)
+        .append(": and ")
+        .append(std::to_string(notes.faults_left_out))
+        .append(" more faults\n");
+  return out;
+}
