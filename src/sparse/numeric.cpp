@@ -104,31 +104,55 @@ int update_supernode(const Supernode& K, int n, const Supernode& J, bool ldl, Nu
   return m;
 }
 
+// Puts K, of whose rows n are unused, on the list of the supernode that holds the first of them.
+void wait_for_target(const FactorStructure& s, int K, const Supernode& k, int n, NumericWork& w) {
+  w.remaining(K) = n;
+  if (n == 0) return;
+  const int target = s.snode(k.row[k.r - n]);
+  w.link(K) = w.head(target);
+  w.head(target) = K;
+}
+
+// Supernodes that the panel limit cut from one follow each other, each with the rows of the one
+// before less its columns. Returns the last of those that begin with J.
+int last_of_chain(const FactorStructure& s, int J) {
+  const auto rows = [&](int K) { return s.xlindx(K + 1) - s.xlindx(K); };
+  while (s.sparent(J) == J + 1 && rows(J + 1) == rows(J) - (s.xsuper(J + 1) - s.xsuper(J))) ++J;
+  return J;
+}
+
+// All updates by the supernodes that wait for J. What they contribute to the rest of its chain
+// follows at once, while they are at hand: counted from the bottom, the rows have the same places.
+int update_target(const FactorStructure& s, int J, bool ldl, NumericWork& w) {
+  const Supernode j = supernode(s, J, w.lnz);
+  const int last = last_of_chain(s, J);
+  for (int q = 0; q < j.r; ++q) w.indmap(j.row[q]) = j.r - 1 - q;
+  for (int K = w.head(J), next; K != 0; K = next) {
+    next = w.link(K);
+    const Supernode k = supernode(s, K, w.lnz);
+    int n = w.remaining(K);
+    for (int target = J; n > 0 && target <= last;) {
+      const int m = update_supernode(k, n, supernode(s, target, w.lnz), ldl, w);
+      if (m < 0) return m;
+      n -= m;
+      if (n > 0) target = s.snode(k.row[k.r - n]);
+    }
+    wait_for_target(s, K, k, n, w);
+  }
+  return FACTOR_DONE;
+}
+
+// Supernodes are taken in ascending order. It is a postorder of their tree, so that most updates
+// come from rectangles just made and still in the caches; level by level (snorder) is slower.
 int factor(const FactorStructure& s, const double* a, bool ldl, NumericWork& w) {
   const auto factor_panel = have_avx2() ? kernels_avx2::factor_panel : kernels_plain::factor_panel;
   scatter_a(s, a, w.lnz);
   std::fill_n(w.head.data(), s.nsuper, 0);
-  // K waits on the list of the supernode that holds the next of its unused rows.
-  const auto wait = [&](int K, const Supernode& k, int n) {
-    w.remaining(K) = n;
-    if (n == 0) return;
-    const int target = s.snode(k.row[k.r - n]);
-    w.link(K) = w.head(target);
-    w.head(target) = K;
-  };
-  for (int i = 1; i <= s.nsuper; ++i) {
-    const int J = s.snorder(i);
+  for (int J = 1; J <= s.nsuper; ++J) {
+    if (const int fault = update_target(s, J, ldl, w); fault != FACTOR_DONE) return fault;
     const Supernode j = supernode(s, J, w.lnz);
-    for (int q = 0; q < j.r; ++q) w.indmap(j.row[q]) = j.r - 1 - q;
-    for (int K = w.head(J), next; K != 0; K = next) {
-      next = w.link(K);
-      const Supernode k = supernode(s, K, w.lnz);
-      const int m = update_supernode(k, w.remaining(K), j, ldl, w);
-      if (m < 0) return m;
-      wait(K, k, w.remaining(K) - m);
-    }
     if (factor_panel(j.p, j.r, j.r, j.c, ldl, w.packed.data()) != 0) return FACTOR_BAD_PIVOT;
-    wait(J, j, j.r - j.c);
+    wait_for_target(s, J, j, j.r - j.c, w);
   }
   return FACTOR_DONE;
 }
