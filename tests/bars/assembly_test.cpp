@@ -71,25 +71,73 @@ TEST(BarAssembly, OfTwoCurvedGirdersIsFreeUnderRigidMotion) {
     EXPECT_LT(imbalance(pattern, KG, rigid_motion(nodes, t)), 1e-12) << "motion " << t;
 }
 
-TEST(StudLinks, KeepTheVerticalTieWithoutStudStiffness) {
-  Model m = one_girder(48);
-  m.pour_k(1, 1) = 0;
-  const auto [nodes, elements, properties] = generate(m);
-  const MatrixPattern pattern = build_pattern(nodes.nnode, elements);
-  Vector<double> K(pattern.nnz);
-  assemble_studs(elements, properties, 1, pattern, K);
-  for (int d = 1; d <= 5; ++d)
-    EXPECT_EQ(K(pattern.ia(equation(elements.studconn(1, 1), d))), d == 2 ? 100000.0 : 0.0);
+// One girder, 60 deep, 100 and 70 wide: corner 30 of the first station lies at (-50, 60).
+class Assembly : public testing::Test {
+ protected:
+  Structure f;
+  MatrixPattern pattern;
+  Vector<double> K, U;
+  void SetUp() override {
+    Model m = one_girder(48);
+    m.secdim = {{60, 70, 100, 12, 144, 8}};
+    set_stages(m, {48}, 2);
+    m.pour_k(1, 1) = 0;
+    m.pour_k(2, 1) = 10;
+    add_ibraces(m, {0});
+    add_laterals(m, {{1, 0, 0}, {2, 0, 0}});
+    add_stiffeners(m, {0}, 6, 0.75);
+    f = generate(m);
+    f.elements.ebconn = f.elements.ibconn;  // an external brace in the place of the internal one
+    f.properties.ebprop = f.properties.ibprop;
+    f.elements.nebel = 1;
+    f.properties.latprop(2, 2) = 10;
+    pattern = build_pattern(f.nodes.nnode, f.elements);
+    U = Vector<double>(pattern.n);
+    K = Vector<double>(pattern.nnz);
+  }
+  // Entry of freedom i of node a and freedom j of node b, a <= b.
+  double entry(int a, int i, int b, int j) const {
+    int t = pattern.ia(equation(a, i));
+    while (pattern.ja(t) != equation(b, j)) ++t;
+    return K(t);
+  }
+};
+
+TEST_F(Assembly, AddsEachKindWithItsOwnProperties) {
+  assemble_ibraces(f.nodes, f.elements, f.properties, pattern, K);
+  EXPECT_NEAR(entry(30, 1, 30, 1), 1708.6801, 5e-5);
+  K.clear();
+  assemble_ebraces(f.nodes, f.elements, f.properties, pattern, K);
+  EXPECT_NEAR(entry(30, 1, 30, 1), 1808.0577, 5e-5);
+  K.clear();
+  assemble_laterals(f.nodes, f.elements, f.properties, pattern, K);
+  EXPECT_NEAR(entry(30, 1, 54, 1), -29600 * (5.0 + 10.0) / 100, 1e-9);
+  K.clear();
+  assemble_supports(f.nodes, f.elements, pattern, K);
+  const double side = std::sqrt(15.0 * 15 + 60 * 60), diagonal = std::sqrt(85.0 * 85 + 60 * 60);
+  EXPECT_NEAR(entry(30, 2, 38, 2), -29600.0 * 200 * 3600 / (side * side * side), 1e-6);
+  EXPECT_NEAR(entry(30, 2, 46, 1), 29600.0 * 200 * 85 * 60 / std::pow(diagonal, 3), 1e-6);
+  EXPECT_NEAR(entry(38, 1, 46, 1), -29600 * 200 / 70.0, 1e-6);
 }
 
-TEST(SupportFrames, JoinEveryPairOfTheirCornersByHeavyBars) {
-  const FixedVector<double, 12> square{{0, 40, 0, 30, 40, 0, 0, 0, 0, 30, 0, 0}};
-  FixedMatrix<double, 12, 12> k;
-  support_stiffness(k, square, {{29600.0, SUPPORT_AREA, 1.0}});
-  const double EA = 29600.0 * 200;
-  EXPECT_NEAR(k(1, 4), -EA / 30, 1e-6);
-  EXPECT_NEAR(k(8, 2), -EA / 40, 1e-6);
-  EXPECT_NEAR(k(10, 1), -EA / 50 * 0.36, 1e-6);
-  EXPECT_NEAR(k(7, 5), -EA / 50 * 0.48, 1e-6);
-  EXPECT_NEAR(k(5, 5), EA / 40 + EA / 50 * 0.64, 1e-6);
+TEST_F(Assembly, StudLinksKeepTheVerticalTieWithoutStudStiffness) {
+  assemble_studs(f.elements, f.properties, 1, pattern, K);
+  for (int d = 1; d <= 5; ++d) EXPECT_EQ(entry(22, d, 22, d), d == 2 ? 100000.0 : 0.0);
+  assemble_studs(f.elements, f.properties, 2, pattern, K);
+  for (int d = 1; d <= 5; ++d) EXPECT_EQ(entry(5, d, 22, d), d == 2 ? -2e5 : d < 4 ? -10.0 : 0.0);
+}
+
+TEST_F(Assembly, GeometricStiffnessHasTheSignOfTheForce) {
+  U(equation(30, 1)) = 0.01;  // laterals pushed together
+  assemble_laterals_geo(f.nodes, f.elements, f.properties, U, pattern, K);
+  EXPECT_NEAR(entry(30, 3, 30, 3), -0.01 * 29600 * 15 / (100 * 100), 1e-12);
+  K.clear();
+  U.clear();
+  const double h = std::sqrt(15.0 * 15 + 60 * 60) / 8, EIs = 29600 * 6.0 * 6 * 6 * 0.75 / 12;
+  U(equation(38, 1)) = 0.01 * 15 / (8 * h);  // the foot of the left stiffener pulled along the web
+  U(equation(38, 2)) = -0.01 * 60 / (8 * h);
+  U(equation(34, 5)) = 0.001;  // and its middle turned about the girder axis
+  assemble_stiffeners_geo(f.nodes, f.elements, f.properties, U, pattern, K);
+  EXPECT_NEAR(entry(38, 3, 38, 3), 1.2 * 0.01 * 29600 * 4.5 / (h * h), 1e-9);
+  EXPECT_NEAR(entry(33, 3, 34, 4), 0.001 * 8 * EIs / (h * h), 1e-9);
 }
