@@ -1,0 +1,3 @@
+#include "control/driver.h"
+
+int main() { return run_program(); }
