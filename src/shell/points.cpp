@@ -6,6 +6,9 @@ constexpr double ZETA = 0.5773502691896258;  // 1/sqrt(3)
 constexpr double PLATE_ZETA[2] = {-ZETA, ZETA};
 constexpr double DECK_ZETA[2] = {0.42264973081037416, 1.5773502691896257};
 
+// A deck is a kind between these, held in single precision.
+constexpr double DECK_ABOVE = 1.9f, DECK_BELOW = 2.1f;
+
 struct alignas(32) ZetaLanes {
   double z[SHELL_LANES];
 };
@@ -45,7 +48,7 @@ LastInverse& last_inverse() {
 }
 
 ShellData shell_data(const ShellWork& w) {
-  const bool deck = w.kind > double{1.9f} && w.kind < double{2.1f};
+  const bool deck = w.kind > DECK_ABOVE && w.kind < DECK_BELOW;
   const double c1 = w.young / (1 - w.poisson * w.poisson);
   return {w.exyz.data(),
           w.evn.data(),

@@ -72,7 +72,7 @@ static void add_edge(bool curved, const ShellWork& w, bool near_edge, const Edge
   }
 }
 
-// Field widths of the two files.
+// Position, shear, moment, torque.
 static void write_section(int position, const SectionSums& sums, std::string& sec) {
   put_blanks(sec, 1);
   put_int(sec, position, 7);
