@@ -11,6 +11,9 @@ struct SmallMatrix {
   std::vector<int> ia, ja;
   std::vector<double> a;
   int nnz() const { return static_cast<int>(ja.size()); }
+  double& diagonal(int i) {
+    return a[static_cast<std::size_t>(ia[static_cast<std::size_t>(i) - 1]) - 1];
+  }
 };
 
 using Pairs = std::set<std::pair<int, int>>;  // coupled equations (i,j), i < j
