@@ -1,0 +1,133 @@
+// Straight girders against statics and beam theory.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numeric>
+
+#include "solution/loads.h"
+#include "support/beam.h"
+#include "support/models.h"
+#include "support/run.h"
+
+namespace {
+
+// A braced simple span of bare steel under 3 kip/ft.
+Model braced_span(int L) {
+  Model m = one_girder(L);
+  add_ibraces_every(m, 120);
+  return m;
+}
+constexpr double LOAD = 3.0 / 12;  // kip/in
+
+double sum(const std::vector<double>& r) { return std::accumulate(r.begin(), r.end(), 0.0); }
+
+}  // namespace
+
+// The mid node of every brace is held by a tiny spring of 1e-5 kip/in, which takes its share.
+TEST(SimpleSpan, ReactionsSumToTheLoadLessWhatTheBraceMidNodesTake) {
+  const Bridge b = analyse(braced_span(960));
+  double lost = 0;
+  for (int x = 120; x < 960; x += 120) lost += 1.0e-5 * b.deflection(1, x);
+  const std::vector<double> r = b.reactions(1);
+  ASSERT_EQ(r.size(), 2u);
+  EXPECT_NEAR(sum(r), LOAD * 960 - lost, 2e-5);
+  EXPECT_NEAR(r[0], LOAD * 480 - lost / 2, 1e-5);
+  EXPECT_NEAR(r[1], LOAD * 480 - lost / 2, 1e-5);
+}
+
+TEST(SimpleSpan, ReactionsOfAPartLoadFollowTheLever) {
+  Model m = braced_span(720);
+  set_stages(m, {240, 480}, 1);
+  m.pour_load(1, 2) = 0;
+  const std::vector<double> r = analyse(m).reactions(1);
+  EXPECT_NEAR(r[0], LOAD * 240 * (720 - 120) / 720, 1e-3);
+  EXPECT_NEAR(r[1], LOAD * 240 * 120 / 720, 1e-3);
+}
+
+TEST(SimpleSpan, CarriesTheWeightOfItsPlates) {
+  Model m = braced_span(480);
+  m.pour_load.clear();
+  m.selfwt = true;
+  const double section = 2 * 0.5 * std::hypot(6, 60) + 72 * 1.0 + 2 * 12 * 1.5;
+  const double weight = STEEL_DENSITY * section * 480;
+  EXPECT_NEAR(sum(analyse(m).reactions(1)), weight, 1e-4 * weight);
+}
+
+// Shear lag and the frames leave 0.6 % at a span of 16 depths and 0.2 % at 24.
+TEST(SimpleSpan, DeflectsAsABeamOfTheCorrectedSection) {
+  const Model steep = braced_span(960);
+  const double d = analyse(steep).deflection(1, 480);
+  EXPECT_NEAR(d / simple_span_deflection(tub_section(steep), LOAD, 960), 1, 0.01);
+  EXPECT_NEAR(d, 0.948071, 2e-6);
+  EXPECT_GT(d / simple_span_deflection(tub_section(steep, Webs::WHOLE), LOAD, 960), 1.04);
+
+  const Model slender = braced_span(1440);
+  EXPECT_NEAR(analyse(slender).deflection(1, 720) /
+                  simple_span_deflection(tub_section(slender), LOAD, 1440),
+              1, 0.003);
+}
+
+TEST(SimpleSpan, OfFlatWebsDeflectsAsAPlainBeam) {
+  Model m = braced_span(960);
+  m.secdim = {{30, 60, 180, 12, 220, 8}};
+  const double d = analyse(m).deflection(1, 480);
+  EXPECT_NEAR(d / simple_span_deflection(tub_section(m), LOAD, 960), 1, 0.005);
+  EXPECT_NEAR(d / simple_span_deflection(tub_section(m, Webs::WHOLE), LOAD, 960), 1, 0.011);
+}
+
+TEST(CurvedBridge, AnswersTheSumOfTwoLoadsWithTheSumOfTheirDisplacements) {
+  Model m = two_girders(192, 1500);
+  set_supports(m, {0, 96, 192});
+  add_ibraces(m, {48, 144});
+  add_ebraces(m, {96});
+  add_laterals(m, {{1, 0, 48}, {2, 48, 96}});
+  add_stiffeners(m, {96});
+  set_stages(m, {72, 120}, 3, 1000, 10);
+  m.pour_load(1, 2) = m.pour_load(2, 1) = 0;
+  const Bridge b = analyse(m);
+  double largest = 0, worst = 0;
+  for (int i = 1; i <= b.run.pattern.n; ++i) {
+    const double whole = b.stage[2].U(i);
+    largest = std::max(largest, std::abs(whole));
+    worst = std::max(worst, std::abs(b.stage[0].U(i) + b.stage[1].U(i) - whole));
+  }
+  EXPECT_GT(largest, 1e-4);
+  EXPECT_LT(worst, 1e-9 * largest);
+  EXPECT_NEAR(sum(b.reactions(3)), LOAD * 192, 1e-5);
+}
+
+TEST(StraightBridge, IsMirroredByMirroredLaterals) {
+  Model m = braced_span(240);
+  add_laterals(m, {{1, 24, 120}, {2, 120, 168}});
+  const Bridge right = analyse(m);
+  m.lat_type(1) = 2, m.lat_type(2) = 1;
+  const Bridge left = analyse(m);
+  double largest = 0;
+  for (int x = 0; x <= 240; x += 12) {
+    EXPECT_NEAR(right.rotation(1, x), -left.rotation(1, x), 1e-9 * right.deflection(1, 120));
+    EXPECT_NEAR(right.deflection(1, x), left.deflection(1, x), 1e-9 * right.deflection(1, 120));
+    largest = std::max(largest, std::abs(right.rotation(1, x)));
+  }
+  EXPECT_GT(largest, 1e-6);
+}
+
+// Rollers hold all nine nodes of a straight flange but only the centre of a curved one.
+TEST(StraightBridge, IsTheLimitOfAWideCurve) {
+  Model m = braced_span(960);
+  const double straight = analyse(m).deflection(1, 480);
+  m.rcurv = 1e7;
+  EXPECT_NEAR(analyse(m).deflection(1, 480), straight, 1e-4 * straight);
+}
+
+// The support frames between the girders stiffen their ends a little: 2e-4 at this span.
+TEST(TwoGirders, EquallyLoadedAnswerAsOneWithHalfTheLoad) {
+  Model one = one_girder(480), two = two_girders(480);
+  for (Model* m : {&one, &two}) add_ibraces(*m, {120, 240, 360});
+  one.pour_load(1, 1) = 1.5;
+  const double d = analyse(one).deflection(1, 240);
+  const Bridge b = analyse(two);
+  EXPECT_NEAR(b.deflection(1, 240, 0), d, 3e-4 * d);
+  EXPECT_NEAR(b.deflection(1, 240, 1), d, 3e-4 * d);
+  EXPECT_NEAR(b.deflection(1, 240, 0), b.deflection(1, 240, 1), 1e-9 * d);
+  for (const double r : b.reactions(1)) EXPECT_NEAR(r, LOAD * 480 / 4, 1e-5);
+}
