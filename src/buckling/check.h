@@ -4,7 +4,7 @@
 #include "buckling/product.h"
 #include "model/matrix.h"
 
-// What the input says about the eigenvalue iteration.
+// What the input says about the eigenvalue iteration, and the stage.
 struct EigenOptions {
   int nev;          // factors wanted
   int solver_type;  // 1: K is factored; 2: K + sigma KG is factored, shift-and-invert about sigma
@@ -13,20 +13,19 @@ struct EigenOptions {
   int stage = 0;    // analysis number, named in warnings
 };
 
-// Lanczos vectors before the first check of a run, and the number from which "no shifts could be
-// applied" is a failure; below it the check doubles them and starts again.
-constexpr int FIRST_NCV = 10, ENOUGH_NCV = 21;
+// Lanczos vectors of a check; nev stays below.
+constexpr int LANCZOS_VECTORS = 10;
 
 // Finds nev factors and shapes by implicitly restarted Lanczos iteration (Lehoucq, Sorensen, Yang
 // 1998), ARPACK modes 2 and 4, with the sparse solver inside.
 //   K       (nnz)     in      stiffness with the support penalties
 //   KG      (nnz)     in/out  geometric stiffness; all its values change sign
-//   ncv               in/out  Lanczos vectors; a check may leave a larger number for the next
+//   ncv               in      Lanczos vectors, more than nev
 //   eigval  (nev)     out     factors, the nearest to zero (kind 1: smallest positive) first
 //   eigvec  (n,nev)   out     shapes, scaled to x'K x = 1
 // Writes a dot to the console for each solve. A failure writes its line to the console and leaves
 // eigval and eigvec as they were, except that what a failed extraction left is stored. A pair that
 // satisfies its equation poorly is told on standard error.
 void buckling_solve(const MatrixPattern& pattern, const Vector<double>& K, Vector<double>& KG,
-                    const EigenOptions& options, int& ncv, Vector<double>& eigval,
+                    const EigenOptions& options, int ncv, Vector<double>& eigval,
                     Matrix<double>& eigvec);

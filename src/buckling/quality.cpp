@@ -11,8 +11,8 @@ namespace {
 // A diagonal of this size carries the penalty of a rigid support, 1e20 kip/in.
 constexpr double RIGID = 1.0e19;
 
-// Tolerances worth asking for: below the last the iteration works on rounding.
-constexpr double SHARP_TOL = 1.0e-8;
+// Tolerance that makes factors good to some 1e-7 and shapes to 1e-4.
+constexpr double SHARP_TOL = 1.0e-6;
 
 // The record that would sharpen the factors: the same kind with a sharp tolerance; for kind 2 with
 // the shift at half the first factor.
@@ -50,18 +50,18 @@ void warn_of_loose_pairs(const RowBundles& pattern, const Vector<double>& K,
                          const Vector<double>& B, const EigenOptions& options, int nconv,
                          const Vector<double>& eigval, const Matrix<double>& eigvec) {
   if (nconv < options.nev)
-    std::fprintf(stderr, "Stage %d: only %d of %d buckling modes have converged.\n", options.stage,
-                 nconv, options.nev);
+    std::fprintf(stderr, "zelvo: analysis %d: only %d of %d buckling modes have converged\n",
+                 options.stage, nconv, options.nev);
   for (int m = 1; m <= options.nev; ++m) {
     const PairQuality q = measure_pair(pattern, K, B, eigval(m), eigvec.column(m));
     const double off = std::abs(q.rayleigh - eigval(m)) / std::abs(eigval(m));
     // Written so that a value that is no number is warned of.
     if (q.residual <= RESIDUAL_LIMIT && off <= RAYLEIGH_LIMIT) continue;
     std::fprintf(stderr,
-                 "Stage %d, mode %d: buckling factor %.6g is loose (relative residual %.1e, "
-                 "factor of its shape %.6g). Sharper: solver ",
+                 "zelvo: analysis %d, mode %d: buckling factor %.6g is loose (relative residual "
+                 "%.1e, factor of its shape %.6g), sharper with solver ",
                  options.stage, m, eigval(m), q.residual, q.rayleigh);
     print_record(options, eigval(1));
-    std::fprintf(stderr, ".\n");
+    std::fputs("\n", stderr);
   }
 }

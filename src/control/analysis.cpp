@@ -9,6 +9,7 @@
 #include "bars/stiffeners.h"
 #include "bars/studs.h"
 #include "bars/supports.h"
+#include "buckling/check.h"
 #include "buckling/shape.h"
 #include "control/console_lines.h"
 #include "control/driver.h"
@@ -174,6 +175,8 @@ void check_buckling(Run& run, int k, StepClock& clock) {
     m.tol = DEFAULT_TOL;
     m.sigma = DEFAULT_SIGMA;
   }
+  buckling_solve(run.pattern, run.K, run.KG, {m.nev, m.solver_type, m.tol, m.sigma, k}, run.ncv,
+                 run.eigval, run.eigvec);
   timed_line("Eigenproblem Solution Completed", clock, TimeScale::SOLUTION);
   blank_line();
   if (two_girders(run))

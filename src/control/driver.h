@@ -35,7 +35,7 @@ struct Run {
   Vector<double> F, U;    // (5*nnode) loads, displacements
   Vector<double> eigval;  // (nev) buckling factors, zero until a check has found some
   Matrix<double> eigvec;  // (5*nnode,nev) buckling modes
-  int ncv = 10;           // Lanczos vectors; the buckling check may raise it
+  int ncv = 10;           // Lanczos vectors of the buckling check
   ResultFiles files;
 };
 
