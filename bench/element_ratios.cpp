@@ -1,0 +1,80 @@
+// Element routines, products and assembly in measure of what the processor can do.
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "base/blas.h"
+#include "buckling/product.h"
+#include "peers.h"
+#include "shell/assembly.h"
+#include "shell/geometric.h"
+#include "shell/kernel.h"
+#include "shell/sections.h"
+#include "statistics.h"
+
+double dgemm_rate(int n) {
+  Vector<double> A(std::int64_t{n} * n), C(std::int64_t{n} * n);
+  std::fill(A.begin(), A.end(), 0.5);
+  const double one = 1.0;
+  const double each = cpu_seconds_each(
+      [&] { dgemm_("N", "T", &n, &n, &n, &one, A.data(), &n, A.data(), &n, &one, C.data(), &n); });
+  return 2e-9 * n * n * n / each;
+}
+
+namespace {
+
+// GB/s of a(i) = b(i) + s c(i), 24 bytes a step, on arrays that no cache holds.
+double triad_rate() {
+  constexpr int n = 8000000;
+  static Vector<double> a(n), b(n), c(n);
+  double* pa = a.data();
+  const double *pb = b.data(), *pc = c.data();
+  const double each = cpu_seconds_each([&] {
+    for (int i = 0; i < n; ++i) pa[i] = pb[i] + 3.0 * pc[i];
+  });
+  return 24e-9 * n / each;
+}
+
+}  // namespace
+
+void print_element_ratios(int rounds) {
+  Bridge b = make_bridge(2, 2400);
+  const int nshell = b.elements.nshell;
+  Vector<double> KG(b.pattern.nnz), y(b.pattern.n);
+  std::string sec, str;
+  std::vector<double> stiffness, geometric, assembly, sections, product;
+  for (int round = 0; round < rounds; ++round) {
+    const double dgemm = dgemm_rate(200);
+    ShellWork w;
+    static ShellMatrix ke;
+    ShellVector d{};
+    for (int i = 1; i <= SHELL_DOFS; ++i) d(i) = 1e-3 * i;
+    gather_shell(b.nodes, b.elements, b.properties, 1, nshell / 2, w);
+    stiffness.push_back(1.0 / cpu_seconds_each([&] { shell_stiffness(w, ke); }) / dgemm);
+    geometric.push_back(1.0 / cpu_seconds_each([&] { shell_geometric(w, d, ke); }) / dgemm);
+    const double shells = cpu_seconds_each([&] {
+      b.K.clear();
+      assemble_shells(b.nodes, b.elements, b.properties, 1, b.pattern, b.K);
+    });
+    assembly.push_back(nshell / cpu_seconds_each([&] { assemble(b); }) / dgemm);
+    sections.push_back(cpu_seconds_each([&] {
+                         sec.clear(), str.clear();
+                         section_forces_two(b.model, b.nodes, b.elements, b.properties, b.F, 1, sec,
+                                            str);
+                       }) /
+                       shells);
+    const RowBundles rows = find_bundles(b.pattern.n, b.pattern.ia.data(), b.pattern.ja.data());
+    const double each =
+        cpu_seconds_each([&] { sym_matvec(rows, b.K.data(), b.F.data(), y.data()); });
+    product.push_back(8e-9 * b.pattern.nnz / each / triad_rate());
+  }
+  std::printf(
+      "\n# Elements and products (two girders, lgbr 2400)\n\n| what | measured |\n|---|---|\n");
+  std::printf("| DGEMM n=200, GFlop/s | %.1f |\n", dgemm_rate(200));
+  std::printf("| shell_stiffness, elements/s per GFlop/s of it | %.0f |\n", median(stiffness));
+  std::printf("| shell_geometric, elements/s per GFlop/s | %.0f |\n", median(geometric));
+  std::printf("| assembly of K, shells/s per GFlop/s | %.0f |\n", median(assembly));
+  std::printf("| section forces, shell assemblies | %.2f |\n", median(sections));
+  std::printf("| sym_matvec, share of the bandwidth of a triad (values of K alone) | %.2f |\n",
+              median(product));
+}

@@ -1,0 +1,116 @@
+// Dense kernels and element kernels by themselves.
+#include <benchmark/benchmark.h>
+
+#include <vector>
+
+#include "base/blas.h"
+#include "bridges.h"
+#include "shell/geometric.h"
+#include "shell/kernel.h"
+#include "sparse/dense_kernels.h"
+
+namespace {
+
+using benchmark::Counter;
+
+void gflops(benchmark::State& state, double flops) {
+  state.counters["GFlop/s"] = Counter(flops * 1e-9, Counter::kIsIterationInvariantRate);
+}
+
+std::vector<double> block(double rows, double cols) {
+  return std::vector<double>(static_cast<std::size_t>(rows * cols) + MAX_LANES, 0.01);
+}
+
+// The trapezoid of an update: r x m, k terms.
+double update_flops(double r, double m, double k) { return (2.0 * r * m - m * (m - 1)) * k; }
+
+void update_sizes(benchmark::internal::Benchmark* b) {
+  b->ArgNames({"r", "m", "k"});
+  for (const auto& size : {std::vector<std::int64_t>{1500, 80, 80},
+                           {500, 80, 80},
+                           {200, 80, 80},
+                           {300, 20, 80},
+                           {100, 40, 40},
+                           {60, 20, 20},
+                           {60, 5, 5},
+                           {20, 10, 15}})
+    b->Args(size);
+}
+
+void Update(benchmark::State& state) {
+  const int r = static_cast<int>(state.range(0)), m = static_cast<int>(state.range(1)),
+            k = static_cast<int>(state.range(2));
+  const auto kernel = have_avx2() ? kernels_avx2::update : kernels_plain::update;
+  const auto a = block(r, k);
+  auto c = block(r, m), packed = block(k, m + 100);
+  for (auto _ : state)
+    kernel(c.data(), r, a.data(), r, a.data(), r, nullptr, r, m, k, 0, false, packed.data());
+  gflops(state, update_flops(r, m, k));
+}
+BENCHMARK(Update)->Apply(update_sizes);
+
+void UpdateByDgemm(benchmark::State& state) {
+  const int r = static_cast<int>(state.range(0)), m = static_cast<int>(state.range(1)),
+            k = static_cast<int>(state.range(2));
+  const auto a = block(r, k);
+  auto c = block(r, m);
+  const double one = 1, minus = -1;
+  for (auto _ : state)
+    dgemm_("N", "T", &r, &m, &k, &minus, a.data(), &r, a.data(), &r, &one, c.data(), &r);
+  gflops(state, update_flops(r, m, k));
+}
+BENCHMARK(UpdateByDgemm)->Apply(update_sizes);
+
+void panel_sizes(benchmark::internal::Benchmark* b) {
+  b->ArgNames({"r", "c"});
+  for (const auto& size : {std::vector<std::int64_t>{1500, 80},
+                           {500, 80},
+                           {80, 80},
+                           {300, 40},
+                           {100, 20},
+                           {60, 10},
+                           {305, 5},
+                           {30, 5}})
+    b->Args(size);
+}
+
+void Panel(benchmark::State& state) {
+  const int r = static_cast<int>(state.range(0)), c = static_cast<int>(state.range(1));
+  const auto kernel = have_avx2() ? kernels_avx2::factor_panel : kernels_plain::factor_panel;
+  auto a = block(r, c), l = a, packed = block(c, c + 100);
+  for (int j = 0; j < c; ++j) a[static_cast<std::size_t>(j) * static_cast<std::size_t>(r + 1)] = 9;
+  for (auto _ : state) {
+    l = a;  // its time is part of the result
+    benchmark::DoNotOptimize(kernel(l.data(), r, r, c, false, packed.data()));
+  }
+  gflops(state, double(c) * c * c / 3 + double(r - c) * c * c);
+}
+BENCHMARK(Panel)->Apply(panel_sizes);
+
+void PanelSolves(benchmark::State& state) {
+  const int r = static_cast<int>(state.range(0)), c = static_cast<int>(state.range(1));
+  const auto forward = have_avx2() ? kernels_avx2::forward_panel : kernels_plain::forward_panel;
+  const auto backward = have_avx2() ? kernels_avx2::backward_panel : kernels_plain::backward_panel;
+  auto l = block(r, c), z = block(r, 1);
+  for (int j = 0; j < c; ++j) l[static_cast<std::size_t>(j) * static_cast<std::size_t>(r + 1)] = 9;
+  for (auto _ : state) {
+    forward(l.data(), r, r, c, false, z.data());
+    backward(l.data(), r, r, c, false, z.data());
+  }
+  gflops(state, 4.0 * double(r) * c - 2.0 * double(c) * c);
+}
+BENCHMARK(PanelSolves)->Apply(panel_sizes);
+
+void ShellElement(benchmark::State& state) {
+  const Bridge b = make_bridge(2, 240);
+  ShellWork w;
+  gather_shell(b.nodes, b.elements, b.properties, 1, b.elements.nshell / 2, w);
+  static ShellMatrix ke;
+  ShellVector d{};
+  for (int i = 1; i <= SHELL_DOFS; ++i) d(i) = 1e-3 * i;
+  for (auto _ : state) state.range(0) == 0 ? shell_stiffness(w, ke) : shell_geometric(w, d, ke);
+  state.counters["elements/s"] = Counter(1, Counter::kIsIterationInvariantRate);
+}
+BENCHMARK(ShellElement)->ArgName("geometric")->Arg(0)->Arg(1);
+
+}  // namespace
