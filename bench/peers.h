@@ -24,5 +24,7 @@ Vector<int> compressed_order(const Bridge& b);
 // GFlop/s of DGEMM on n x n matrices, over at least a tenth of a second of CPU time.
 double dgemm_rate(int n);
 
+// Growth of the process, MB, while the solver with this number does its work once.
+void print_peak_memory(int ngird, int lgbr, int solver);
 void print_solver_ratios(int rounds, int longest);
 void print_element_ratios(int rounds);

@@ -1,7 +1,9 @@
 // Measures everything that is published in README.md side by side, in one run and one thread:
 //   ratios [rounds [longest lgbr]]     default 5 rounds up to lgbr 14400
+//   ratios peak girders lgbr solver    peak memory of one solver, for the former
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #ifdef __unix__
 #include <unistd.h>
@@ -18,6 +20,10 @@ int main(int argc, char** argv) {
     execv("/proc/self/exe", argv);
   }
 #endif
+  if (argc == 5 && std::strcmp(argv[1], "peak") == 0) {
+    print_peak_memory(std::atoi(argv[2]), std::atoi(argv[3]), std::atoi(argv[4]));
+    return 0;
+  }
   keep_freed_memory();
   const int rounds = argc > 1 ? std::atoi(argv[1]) : 5;
   const int longest = argc > 2 ? std::atoi(argv[2]) : 14400;
