@@ -1,12 +1,9 @@
-// Dense kernels and element kernels by themselves.
+// Dense kernels of the factorization by themselves.
 #include <benchmark/benchmark.h>
 
 #include <vector>
 
 #include "base/blas.h"
-#include "bridges.h"
-#include "shell/geometric.h"
-#include "shell/kernel.h"
 #include "sparse/dense_kernels.h"
 
 namespace {
@@ -100,17 +97,5 @@ void PanelSolves(benchmark::State& state) {
   gflops(state, 4.0 * double(r) * c - 2.0 * double(c) * c);
 }
 BENCHMARK(PanelSolves)->Apply(panel_sizes);
-
-void ShellElement(benchmark::State& state) {
-  const Bridge b = make_bridge(2, 240);
-  ShellWork w;
-  gather_shell(b.nodes, b.elements, b.properties, 1, b.elements.nshell / 2, w);
-  static ShellMatrix ke;
-  ShellVector d{};
-  for (int i = 1; i <= SHELL_DOFS; ++i) d(i) = 1e-3 * i;
-  for (auto _ : state) state.range(0) == 0 ? shell_stiffness(w, ke) : shell_geometric(w, d, ke);
-  state.counters["elements/s"] = Counter(1, Counter::kIsIterationInvariantRate);
-}
-BENCHMARK(ShellElement)->ArgName("geometric")->Arg(0)->Arg(1);
 
 }  // namespace
