@@ -4,6 +4,7 @@
 #pragma once
 #include "base/arrays.h"
 #include "base/text.h"
+#include "buckling/check.h"
 #include "model/description.h"
 #include "model/elements.h"
 #include "model/matrix.h"
@@ -30,12 +31,12 @@ struct Run {
   Elements elements;
   Properties properties;
   MatrixPattern pattern;
-  Vector<double> K;       // (nnz) stiffness with support penalties
-  Vector<double> KG;      // (nnz) geometric stiffness, only with the buckling check
-  Vector<double> F, U;    // (5*nnode) loads, displacements
-  Vector<double> eigval;  // (nev) buckling factors, zero until a check has found some
-  Matrix<double> eigvec;  // (5*nnode,nev) buckling modes
-  int ncv = 10;           // Lanczos vectors of the buckling check
+  Vector<double> K;           // (nnz) stiffness with support penalties
+  Vector<double> KG;          // (nnz) geometric stiffness, only with the buckling check
+  Vector<double> F, U;        // (5*nnode) loads, displacements
+  Vector<double> eigval;      // (nev) buckling factors, zero until a check has found some
+  Matrix<double> eigvec;      // (5*nnode,nev) buckling modes
+  int ncv = LANCZOS_VECTORS;  // of the buckling check
   ResultFiles files;
 };
 

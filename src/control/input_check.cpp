@@ -65,7 +65,7 @@ void check_cover(Input& in, Keyword k, const Vector<int>& lengths) {
   }
   if (sound && sum != in.model.lgbr)
     fault(in, k, 0, in.block[k].line, "segment lengths do not add up to the girder length",
-          std::to_string(sum) + " in multiples of 24", std::to_string(in.model.lgbr));
+          std::to_string(sum) + " in multiples of 24", std::to_string(in.model.lgbr) + " as lgbr");
 }
 
 void check_count(Input& in, Keyword k, const std::string& name, std::size_t head, int count,

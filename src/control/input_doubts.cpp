@@ -2,6 +2,7 @@
 #include <numbers>
 #include <set>
 
+#include "buckling/check.h"
 #include "control/input_check.h"
 #include "model/pattern.h"
 
@@ -107,11 +108,11 @@ void doubt_stages(Input& in) {
 }
 
 void doubt_buckling(Input& in) {
-  constexpr int LANCZOS_VECTORS = 10;
   const Model& m = in.model;
   if (m.buckle && m.nev >= LANCZOS_VECTORS)
     doubt(in, BUCKLE, 0, in.block[BUCKLE].line,
-          "the iteration fails with 10 modes or more (" + std::to_string(m.nev) + ")");
+          "the iteration fails with " + std::to_string(LANCZOS_VECTORS) + " modes or more (" +
+              std::to_string(m.nev) + ")");
   if (!m.buckle && (m.solver_type < 0 || m.solver_type > 2))
     doubt(in, SOLVER, 0, in.block[SOLVER].line,
           "solver type is none that exists (" + std::to_string(m.solver_type) +

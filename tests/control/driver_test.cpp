@@ -109,6 +109,27 @@ TEST(Driver, LoadsTheSelfWeightOnceAndEachStageWithItsOwnLoads) {
   EXPECT_EQ(*std::max_element(s.run.U.begin(), s.run.U.end()), 0.0);
 }
 
+TEST(Driver, AddsUpTheLoadsOfTheStagesAndScalesTheirResultsIfBucklingIsChecked) {
+  Session plain(three_stages()), checked(three_stages().set("buckle", "T 1\n1"));
+  plain.analyse(1);
+  const double first = plain.load();
+  checked.analyse(1);
+  EXPECT_EQ(checked.run.model.solver_type, 2);
+  EXPECT_EQ(checked.run.model.tol, 9.999999747378752e-05);
+  EXPECT_EQ(checked.run.model.sigma, 0.02);
+  const double factor = checked.run.eigval(1);
+  EXPECT_NE(factor, 0.0);
+  EXPECT_LT(largest_difference(checked.run.U, plain.run.U, factor), 1e-9 * std::abs(factor));
+  checked.analyse(2);
+  EXPECT_NEAR(checked.load(), first + 4.0, 1e-12);
+  const std::size_t shape = checked.lines.find("Post-processing of Buckled Shape Completed");
+  const std::size_t deflections = checked.lines.find("Post-processing of Deflections Completed");
+  const std::size_t reactions =
+      checked.lines.find("Post-processing of Support Reactions Completed");
+  const std::size_t sections = checked.lines.find("Post-processing of Cross Sectional Forces");
+  EXPECT_TRUE(shape < deflections && deflections < reactions && reactions < sections);
+}
+
 TEST(Driver, WritesABlockPerStageIntoTheFilesThatItsModelNeeds) {
   Session s(three_stages());
   s.analyse(1);

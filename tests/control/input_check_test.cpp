@@ -70,17 +70,17 @@ TEST(InputCheck, RefusesWhatHasNoSoundMeaning) {
           {"webthick", "0", 1, ": number of segments is too small (0), must be 1 or more"},
           {"webthick", "1\n96 1", 0,
            ": segment lengths do not add up to the girder length (96 in multiples of 24), must be "
-           "240"},
+           "240 as lgbr"},
           {"tfthick", "1\n264 1", 0,
            ": segment lengths do not add up to the girder length (264 in multiples of 24), must be "
-           "240"},
+           "240 as lgbr"},
           {"tfthick", "2\n264 1\n-24 1", 3, " row 2: length is negative (-24), must be 0 or more"},
           {"botfthick", "1\n240 0", 2, " row 1: thickness is not positive (0), must be above 0"},
           {"botfthick", "2\n120 1\n120 -0.5", 3,
            " row 2: thickness is not positive (-0.5), must be above 0"},
           {"studs", "1\n216 12 3", 0,
            ": segment lengths do not add up to the girder length (216 in multiples of 24), must be "
-           "240"},
+           "240 as lgbr"},
           {"studs", "1\n240 -12 3", 2, " row 1: spacing is negative (-12), must be 0 or more"},
           {"studs", "1\n240 12 -3", 2,
            " row 1: number of studs across is negative (-3), must be 0 or more in the first row"},
@@ -103,7 +103,7 @@ TEST(InputCheck, RefusesWhatHasNoSoundMeaning) {
           {"pour_seq", "0\n0\n1", 2, ": number of segments is too small (0), must be 1 or more"},
           {"pour_seq", "1\n1\n216\n1 1 1\n1", 0,
            ": segment lengths do not add up to the girder length (216 in multiples of 24), must be "
-           "240"},
+           "240 as lgbr"},
           {"pour_seq", "2\n1\n240\n1 1 1\n1 -1 1\n1", 5,
            " row 3: stud stiffness of analysis 2 segment 1 is negative (-1), must be 0 or more"},
           {"pour_seq", "1\n1\n240\n-1 1 1\n1", 4,
