@@ -1,0 +1,91 @@
+// The example bridges: their loads come out at the supports, mirrored bridges answer mirrored.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "control/input.h"
+#include "solution/loads.h"
+#include "support/run.h"
+#include "verification/tables.h"
+
+static Model example(const std::string& name) {
+  std::ifstream file(ZELVO_SOURCE_DIR "/examples/" + name + "/zvinp.txt");
+  Input input;
+  EXPECT_EQ(read_input({std::istreambuf_iterator<char>(file), {}}, input), ReadOutcome::COMPLETE);
+  EXPECT_TRUE(input.notes.faults.empty());
+  EXPECT_TRUE(input.notes.warnings.empty());
+  return input.model;
+}
+
+static double volume(PlateSegments plates, double width) {
+  double v = 0;
+  for (int i = 1; i <= plates.n; ++i) v += plates.len(i) * plates.t(i) * width;
+  return v;
+}
+
+// Kips: the pour loads, and in the first analysis the steel. A row of nodes at a change of thickness
+// takes the load of one side only, which leaves the sum alone where both ends are equally thick.
+static double applied_load(const Model& m, int k) {
+  double load = 0;
+  for (int j = 1; j <= m.npour; ++j) load += m.pour_load(k, j) * m.pour_len(j) / 12;
+  if (k > 1 || !m.selfwt) return load;
+  const double web = std::hypot(m.secdim(1), (m.secdim(3) - m.secdim(2)) / 2);
+  return load + m.ngird * STEEL_DENSITY *
+                    (volume(web_segments(m), 2 * web) + volume(bottom_segments(m), m.secdim(2)) +
+                     volume(top_segments(m), 2 * m.secdim(4)));
+}
+
+// What the mid nodes of the braces pass to the ground: 1e-5 kip/in times their deflection, here that
+// of the mean of their corners.
+static double brace_loss(const Bridge& b, int k) {
+  double sum = 0;
+  const Vector<double>& U = b.stage[static_cast<std::size_t>(k - 1)].U;
+  for (const Matrix<int>* conn : {&b.run.elements.ibconn, &b.run.elements.ebconn})
+    for (int e = 1; e <= conn->cols(); ++e)
+      for (int c = 1; c <= 4; ++c) sum -= U(equation((*conn)(c, e), 2)) / 4;
+  return double{1.0e-5f} * sum;
+}
+
+class Example : public testing::TestWithParam<const char*> {};
+
+TEST_P(Example, ReactionsSumToTheLoad) {
+  Model m = example(GetParam());
+  m.nanal = std::min(m.nanal, 2);
+  const Bridge b = analyse(m);
+  for (int k = 1; k <= m.nanal; ++k) {
+    double sum = 0;
+    for (const double r : b.reactions(k)) sum += r;
+    const double load = applied_load(m, k);
+    EXPECT_NEAR(sum + brace_loss(b, k), load, 1e-6 * std::max(load, 1.0)) << "stage " << k;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Bridges, Example,
+                         testing::Values("simple_span", "two_span_curved", "three_span_two_girders",
+                                         "three_span_curved_two_girders"),
+                         [](const auto& i) { return std::string(i.param); });
+
+// The bridge is its own mirror image about the middle support, its laterals included.
+TEST(TwoSpanCurved, AnswersASymmetricPourSymmetrically) {
+  Model m = example("two_span_curved");
+  m.nanal = 1;
+  m.selfwt = false;  // lumped on one side of a change of thickness
+  for (int j = 1; j <= m.npour; ++j) m.pour_load(1, j) = j == 2 ? 0 : 2;
+  const Bridge b = analyse(m);
+  const std::vector<double> R = b.reactions(1);  // middle, first end, last end
+  EXPECT_NEAR(R[1], R[2], 1e-9 * R[0]);
+  for (int x = 0; x <= m.lgbr / 2; x += 240) {
+    EXPECT_NEAR(b.deflection(1, x), b.deflection(1, m.lgbr - x), 1e-9) << x;
+    EXPECT_NEAR(b.rotation(1, x), b.rotation(1, m.lgbr - x), 1e-11) << x;
+  }
+  const Table laterals = data_rows(b.run.files.axf.text), braces = data_rows(b.run.files.ibr.text);
+  for (std::size_t i = 0, n = laterals.size(); i < n / 2; ++i)
+    EXPECT_NEAR(laterals[i][1], laterals[n - 1 - i][1], 0.011) << i;
+  for (std::size_t i = 0, n = braces.size(); i < n / 2; ++i)
+    for (std::size_t bar = 1; bar <= 4; ++bar)
+      EXPECT_NEAR(braces[i][bar], braces[n - 1 - i][bar], 0.011) << i << " bar " << bar;
+}
