@@ -180,5 +180,6 @@ TEST_P(Golden, RunGivesTheReferenceResults) {
 
 INSTANTIATE_TEST_SUITE_P(Cases, Golden,
                          testing::Values("bare_straight_one", "bare_curved_two",
-                                         "braced_curved_one", "braced_straight_two"),
+                                         "braced_curved_one", "braced_straight_two",
+                                         "buckling_couple_one", "buckling_two"),
                          [](const auto& i) { return std::string(i.param); });
