@@ -41,23 +41,21 @@ inline void set_supports(Model& m, std::initializer_list<int> positions) {
   m.supp_pos = vector_of(positions);
 }
 
-inline void set_webs(Model& m, std::initializer_list<int> len, std::initializer_list<double> t) {
-  m.nweb = static_cast<int>(len.size());
-  m.web_len = vector_of(len);
-  m.web_t = vector_of(t);
+using Lengths = std::initializer_list<int>;
+using Reals = std::initializer_list<double>;
+inline void set_plates(int& n, Vector<int>& len, Vector<double>& t, Lengths l, Reals thickness) {
+  n = static_cast<int>(l.size());
+  len = vector_of(l);
+  t = vector_of(thickness);
 }
-inline void set_bottom(Model& m, std::initializer_list<int> len, std::initializer_list<double> t) {
-  m.nbotf = static_cast<int>(len.size());
-  m.botf_len = vector_of(len);
-  m.botf_t = vector_of(t);
+inline void set_webs(Model& m, Lengths l, Reals t) { set_plates(m.nweb, m.web_len, m.web_t, l, t); }
+inline void set_bottom(Model& m, Lengths l, Reals t) {
+  set_plates(m.nbotf, m.botf_len, m.botf_t, l, t);
 }
-inline void set_top(Model& m, std::initializer_list<int> len, std::initializer_list<double> t) {
-  m.ntopf = static_cast<int>(len.size());
-  m.topf_len = vector_of(len);
-  m.topf_t = vector_of(t);
+inline void set_top(Model& m, Lengths l, Reals t) {
+  set_plates(m.ntopf, m.topf_len, m.topf_t, l, t);
 }
-inline void set_studs(Model& m, std::initializer_list<int> len,
-                      std::initializer_list<double> spacing, std::initializer_list<int> count) {
+inline void set_studs(Model& m, Lengths len, Reals spacing, Lengths count) {
   m.nstudrow = static_cast<int>(len.size());
   m.stud_len = vector_of(len);
   m.stud_spacing = vector_of(spacing);
