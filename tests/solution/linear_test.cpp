@@ -50,7 +50,7 @@ TEST(LinearSolution, ReportsItsSixSteps) {
 
 TEST(LinearSolution, OfAMechanismReportsTheCodeAndLeavesTheDisplacements) {
   Chain c;
-  c.K(c.pattern.ia(5)) = 0;
+  c.K(c.pattern.ia(5)) = -1;
   c.U(1) = 7;
   const std::string lines = c.solve();
   EXPECT_NE(lines.find("Step 3 of 6 - Reordering Completed\n Solver Returned Error Code "),
