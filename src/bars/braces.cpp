@@ -62,18 +62,18 @@ PatchVector patch_points(const BracePattern& brace, const BraceCorners& c12) {
 
 void ibrace_stiffness(BraceMatrix& k12, const BraceCorners& c12,
                       const FixedVector<double, 3>& prop) {
-  brace_stiffness(INTERNAL_BRACE, c12, prop, k12);
+  brace_stiffness(INTERNAL_FRAME, c12, prop, k12);
 }
 
 void ebrace_stiffness(BraceMatrix& k12, const BraceCorners& c12,
                       const FixedVector<double, 3>& prop) {
-  brace_stiffness(EXTERNAL_BRACE, c12, prop, k12);
+  brace_stiffness(EXTERNAL_FRAME, c12, prop, k12);
 }
 
 void ebrace_parts(FixedMatrix<double, 3, 3>& kii, FixedMatrix<double, 3, 12>& kib,
                   const BraceCorners& c12, const FixedVector<double, 3>& prop) {
   PatchMatrix kb;
-  patch_stiffness(EXTERNAL_BRACE, c12, prop, kb);
+  patch_stiffness(EXTERNAL_FRAME, c12, prop, kb);
   for (int i = 1; i <= MID; ++i) {
     for (int j = 1; j <= MID; ++j) kii(i, j) = kb(i, j);
     for (int j = 1; j <= 12; ++j) kib(i, j) = kb(i, MID + j);
@@ -106,12 +106,12 @@ void inverse3(const FixedMatrix<double, 3, 3>& a, FixedMatrix<double, 3, 3>& ai)
 
 void assemble_ibraces(const Nodes& nodes, const Elements& elements, const Properties& properties,
                       const MatrixPattern& pattern, Vector<double>& K) {
-  assemble_braces(INTERNAL_BRACE, nodes, elements.ibconn, elements.nibel, properties.ibprop,
+  assemble_braces(INTERNAL_FRAME, nodes, elements.ibconn, elements.nibel, properties.ibprop,
                   pattern, K);
 }
 
 void assemble_ebraces(const Nodes& nodes, const Elements& elements, const Properties& properties,
                       const MatrixPattern& pattern, Vector<double>& K) {
-  assemble_braces(EXTERNAL_BRACE, nodes, elements.ebconn, elements.nebel, properties.ebprop,
+  assemble_braces(EXTERNAL_FRAME, nodes, elements.ebconn, elements.nebel, properties.ebprop,
                   pattern, K);
 }

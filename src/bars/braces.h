@@ -36,9 +36,9 @@ struct BracePattern {
 };
 
 // Top strut in two halves, then the diagonals from the feet.
-inline constexpr BracePattern INTERNAL_BRACE{2, 3, 4, {{2, 1}, {1, 3}, {4, 1}, {5, 1}}};
+inline constexpr BracePattern INTERNAL_FRAME{2, 3, 4, {{2, 1}, {1, 3}, {4, 1}, {5, 1}}};
 // Top strut in one piece, bottom strut in two halves, then the diagonals from the top.
-inline constexpr BracePattern EXTERNAL_BRACE{4, 5, 5, {{2, 3}, {4, 1}, {1, 5}, {2, 1}, {3, 1}}};
+inline constexpr BracePattern EXTERNAL_FRAME{4, 5, 5, {{2, 3}, {4, 1}, {1, 5}, {2, 1}, {3, 1}}};
 
 // Coordinates of M and the four corners.
 PatchVector patch_points(const BracePattern& brace, const BraceCorners& c12);

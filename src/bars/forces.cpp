@@ -28,7 +28,7 @@ void force_line(std::string& out, int e, const FixedVector<double, n>& forces, i
 }  // namespace
 
 FixedVector<double, 4> ibrace_forces(const BraceCorners& c12, const BraceCorners& f12) {
-  const PatchVector points = patch_points(INTERNAL_BRACE, c12);
+  const PatchVector points = patch_points(INTERNAL_FRAME, c12);
   FixedVector<double, 4> forces;
   for (int c = 1; c <= 4; ++c) {
     double square = 0, product = 0;
@@ -44,10 +44,10 @@ FixedVector<double, 4> ibrace_forces(const BraceCorners& c12, const BraceCorners
 
 FixedVector<double, 5> ebrace_forces(const BraceCorners& c12, const PatchVector& u15,
                                      const FixedVector<double, 3>& prop) {
-  const PatchVector points = patch_points(EXTERNAL_BRACE, c12);
+  const PatchVector points = patch_points(EXTERNAL_FRAME, c12);
   FixedVector<double, 5> forces;
   for (int m = 1; m <= 5; ++m) {
-    const auto [a, b] = EXTERNAL_BRACE.bar[m - 1];
+    const auto [a, b] = EXTERNAL_FRAME.bar[m - 1];
     bar_force(ends(points, a, b), ends(u15, a, b), prop, forces(m));
   }
   return forces;

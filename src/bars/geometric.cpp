@@ -10,7 +10,8 @@ namespace {
 // Where the bars at M balance, s = sum of p/L is a small difference of large numbers and the
 // condensed matrix, which holds products over s, has no meaning: M hangs on nothing. Bar forces are
 // themselves differences of solved displacements, right to about 1e-9 of the largest, so an |s|
-// below this share of the sum of |p|/L has hardly a correct digit. Such a brace adds nothing.
+// below this share of the sum of |p|/L has hardly a correct digit. Such a brace adds nothing, its
+// strut included; the frames of loaded bridges lie above 1e-2.
 constexpr double BALANCED = 1.0e-7;
 
 // Distance between M and corner c.
@@ -47,14 +48,14 @@ bool condense(const PatchVector& points, const FixedVector<double, 4>& p, BraceM
 }  // namespace
 
 void ibrace_geo_stiffness(BraceMatrix& kg12, const BraceCorners& c12, const BraceCorners& f12) {
-  condense(patch_points(INTERNAL_BRACE, c12), ibrace_forces(c12, f12), kg12);
+  condense(patch_points(INTERNAL_FRAME, c12), ibrace_forces(c12, f12), kg12);
 }
 
 void ebrace_geo_stiffness(BraceMatrix& kg12, const BraceCorners& c12,
                           const FixedVector<double, 3>& prop, const PatchVector& u15) {
   // Bar 1 is the top strut, which does not touch M; the others join P3, P4, P1 and P2 to it.
   const FixedVector<double, 5> p = ebrace_forces(c12, u15, prop);
-  const PatchVector points = patch_points(EXTERNAL_BRACE, c12);
+  const PatchVector points = patch_points(EXTERNAL_FRAME, c12);
   if (!condense(points, {{p(4), p(5), p(2), p(3)}}, kg12)) return;
   BarMatrix strut{};
   bar_geo_stiffness(strut, ends(c12, 1, 2), p(1));
