@@ -12,8 +12,7 @@ struct InputText {
   InputText& set(const std::string& keyword, const std::string& records) {
     for (auto& [word, old] : blocks)
       if (word == keyword) return old = records, *this;
-    blocks.emplace_back(keyword, records);
-    return *this;
+    return blocks.emplace_back(keyword, records), *this;
   }
   InputText& erase(const std::string& keyword) {
     std::erase_if(blocks, [&](const auto& block) { return block.first == keyword; });
@@ -24,32 +23,29 @@ struct InputText {
     for (const auto& [word, records] : blocks) all += word + "\n" + records + "\n";
     return all + "end\n";
   }
-  // Line of row r behind the keyword, 0 for the keyword itself; every row is one line.
-  int line(const std::string& keyword, int r = 0) const {
-    int n = 1;
-    for (const auto& [word, records] : blocks) {
-      if (word == keyword) return n + r;
-      n += 2 + static_cast<int>(std::count(records.begin(), records.end(), '\n'));
-    }
-    return n + r;  // the keyword end
-  }
 };
 
-inline InputText one_girder_input() {
-  return {{{"prname", "'a short girder'"},
-           {"ngird", "1"},
-           {"lgbr", "240"},
+// A girder of length inches with plates of one thickness, supported at its ends; one stage.
+inline InputText plain_girder(const std::string& length) {
+  const std::string all = "1\n" + length + " ";
+  return {{{"ngird", "1"},
+           {"lgbr", length},
            {"secdim", "60 72 84 12 144 8"},
-           {"webthick", "2\n96 0.5\n144 0.625"},
-           {"botfthick", "1\n240 1"},
-           {"tfthick", "1\n240 1.5"},
-           {"internal_brace", "2\n72 1 5\n168 1 5"},
-           {"top_lateral", "2\n1 0 72 4\n2 72 168 4"},
-           {"web_stiffener", "1\n120 6 0.75"},
-           {"support", "2\n0\n240"},
-           {"studs", "1\n240 12 3"},
-           {"pour_seq", "2\n2\n120\n120\n.1 .001 1\n.1 .001 0\n3600 200 0\n.1 .001 1\n1"},
+           {"webthick", all + ".5"},
+           {"botfthick", all + "1"},
+           {"tfthick", all + "1.5"},
+           {"support", "2\n0\n" + length},
+           {"studs", all + "12 3"},
+           {"pour_seq", "1\n" + all + "\n.1 .001 1\n1"},
            {"buckle", "F 1\n2"}}};
+}
+
+inline InputText one_girder_input() {
+  return plain_girder("240")
+      .set("internal_brace", "2\n72 1 5\n168 2 5")
+      .set("top_lateral", "2\n1 0 72 4\n2 72 168 4")
+      .set("web_stiffener", "1\n120 6 .75")
+      .set("pour_seq", "2\n2\n120\n120\n.1 .001 1\n.1 .001 0\n3600 200 0\n.1 .001 1\n1");
 }
 
 inline InputText two_girder_input() {

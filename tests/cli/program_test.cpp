@@ -1,0 +1,124 @@
+// What a user sees of the program: words, exit status, result files, key press.
+#include <gtest/gtest.h>
+
+#include "cli/program.h"
+#include "support/faulty_input.h"
+
+namespace {
+
+constexpr StandardInput INPUTS[] = {StandardInput::END_OF_FILE, StandardInput::CLOSED,
+                                    StandardInput::TERMINAL};
+
+void expect_empty_result_files(const ProgramRun& run) {
+  for (const char* kind : {"rxn", "axf", "def", "sec", "str", "ibr", "ebr", "rot", "csc"}) {
+    const std::string path = run.path(kind + std::string("0987.txt"));
+    EXPECT_TRUE(std::filesystem::exists(path) && std::filesystem::is_empty(path)) << path;
+  }
+}
+
+void expect_file_failure(const ProgramRun& run, const char* words) {
+  EXPECT_EQ(run.status, 74);
+  EXPECT_EQ(run.err, words);
+}
+
+// Every freedom of the record syntax, in a sound file.
+const char* const FREE_STYLE =
+    "\xEF\xBB\xBF* the girder\r\nprname\r\n\"a ''short'' girder\"\r\nngird 7\r\n1,\tone\r\n"
+    "\r\nlgbr\r\n\r\n245 cut to 240\r\nsecdim\r\n60.D0, 7.2+1\r\n84. 12\r\n144,8/\r\n"
+    "webthick\r\n1\r\n240, 1*0.5\r\nbotfthick\r\n2\r\n2*120\r\n120 1\r\n"
+    "tfthick\r\n1\r\n240\r\n1.5E+00 in\r\nlgbr\r\n480\r\ninternal_brace\r\n0\r\n"
+    "support\r\n2\r\n,\r\n250\r\nstuds\r\n1\r\n240 12 3\r\nbuckle\r\n.false. 1\r\n/\r\n"
+    "pour_seq\r\n1\r\n1\r\n240\r\n3*1.\r\n0\r\nend of the file\r\n";
+
+}  // namespace
+
+TEST(Program, ReportsAFileThatIsMissingEmptyOrEndsTooEarly) {
+  const std::string sound = one_girder_input().text();
+  const std::pair<const char*, std::string> cases[] = {
+      {"not found", ""},
+      {"empty", "\n  \t\r\n\n"},
+      {"error", sound.substr(0, sound.size() - 4)},
+      {"error", "webthick\n2000000000\n96 .5\n"},
+      {"error", std::string("\x7f\x45\x4c\x46\0\0\1\xff\xfe\n\0\n", 12)},
+      {"error", std::string(3'000'000, 'x')}};
+  for (const auto& [word, text] : cases) {
+    for (const StandardInput input : INPUTS) {
+      ProgramRun run;
+      if (!text.empty()) run.write_input(text);
+      run.start(input);
+      EXPECT_EQ(run.out, " Input file " + std::string(word) + ". Press any key to exit.\n");
+      EXPECT_EQ(run.err.find("the file ends") != std::string::npos, word[1] == 'r') << run.err;
+      EXPECT_EQ(run.status, 0);
+      EXPECT_EQ(run.waited_for_key, input == StandardInput::TERMINAL);
+      if (!text.empty())
+        expect_empty_result_files(run);
+      else
+        EXPECT_FALSE(std::filesystem::exists(run.path("rxn0987.txt")));
+    }
+  }
+}
+
+TEST(Program, NamesTheFaultsOfAFileAndEndsWithStatus65WithoutAKey) {
+  int next = 0;
+  for (const FaultyInput& f : FAULTY_INPUTS) {
+    ProgramRun run;
+    run.write_input(f.text());
+    run.start(INPUTS[next++ % 3]);
+    EXPECT_NE(run.err.find(f.note), std::string::npos) << "wanted " << f.note << "\n" << run.err;
+    EXPECT_EQ(run.err.rfind("zvinp.txt:", 0), 0u) << run.err;
+    EXPECT_EQ(run.out, "") << f.note;
+    EXPECT_EQ(run.status, 65) << f.note;
+    expect_empty_result_files(run);
+  }
+}
+
+TEST(Program, EndsWithStatus71IfAModelIsTooLarge) {
+  ProgramRun run;
+  run.write_input(plain_girder("2147483647").text());
+  run.start(StandardInput::END_OF_FILE);
+  EXPECT_EQ(run.status, 71);
+  EXPECT_EQ(run.err.rfind("zelvo: no memory for ", 0), 0u) << run.err;
+  EXPECT_EQ(run.err.find('\n') + 1, run.err.size());
+}
+
+TEST(Program, EndsWithStatus74IfAFileCannotBeReadOrWritten) {
+  ProgramRun no_input, no_result, full_result, full_console;
+  std::filesystem::create_directory(no_input.path("zvinp.txt"));
+  no_input.start(StandardInput::END_OF_FILE);
+  expect_file_failure(no_input, "zelvo: zvinp.txt: Is a directory\n");
+  no_result.write_input(plain_girder("48").text());
+  std::filesystem::create_directory(no_result.path("rot0987.txt"));
+  no_result.start(StandardInput::END_OF_FILE);
+  expect_file_failure(no_result, "zelvo: rot0987.txt: Is a directory\n");
+  full_result.write_input(plain_girder("48").text());
+  std::filesystem::create_symlink("/dev/full", full_result.path("sec0987.txt"));
+  full_result.start(StandardInput::END_OF_FILE);
+  expect_file_failure(full_result, "zelvo: sec0987.txt: No space left on device\n");
+  full_console.write_input(plain_girder("48").text());
+  full_console.start(StandardInput::END_OF_FILE, "/dev/full");
+  expect_file_failure(full_console, "zelvo: standard output: No space left on device\n");
+}
+
+// Legal input that ends in few or no results: runs to the end, with words on what went wrong.
+TEST(Program, RunsWhateverIsLegal) {
+  const struct {
+    std::string text;
+    const char *out, *err;
+  } cases[] = {
+      {FREE_STYLE, " Post-processing of Support Reactions Completed\n", "lgbr: given again"},
+      {two_girder_input().set("pour_seq", "-1\n1\n240\n1").text(),
+       "Connectivity Process Completed\n", "no analyses"},
+      {plain_girder("48").set("support", "0").text(), "Solver Returned Error Code ", "mechanism"},
+      {plain_girder("48").set("buckle", "F 3\n2").set("pour_seq", "1\n1\n48\n1 1 1e308\n0").text(),
+       "flange = ", "zelvo: analysis 1: the displacements are not finite after the solution\n"},
+      {plain_girder("23").set("support", "1\n0").text(), "  54  nodes\n           0  shell",
+       "one station"}};
+  for (const auto& c : cases) {
+    ProgramRun run;
+    run.write_input(c.text);
+    run.start(StandardInput::TERMINAL);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find(c.out), std::string::npos) << run.out;
+    EXPECT_NE(run.err.find(c.err), std::string::npos) << run.err;
+  }
+}
