@@ -40,8 +40,10 @@ void Update(benchmark::State& state) {
   const auto kernel = have_avx2() ? kernels_avx2::update : kernels_plain::update;
   const auto a = block(r, k);
   auto c = block(r, m), packed = block(k, m + 100);
+  std::vector<double*> column;
+  for (int j = 0; j < m; ++j) column.push_back(c.data() + std::ptrdiff_t{r} * j);
   for (auto _ : state)
-    kernel(c.data(), r, a.data(), r, a.data(), r, nullptr, r, m, k, 0, false, packed.data());
+    kernel(column.data(), nullptr, 0, a.data(), r, nullptr, r, m, k, packed.data());
   gflops(state, update_flops(r, m, k));
 }
 BENCHMARK(Update)->Apply(update_sizes);

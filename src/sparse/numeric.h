@@ -13,11 +13,13 @@
 // structure finds everything large enough and allocates nothing.
 struct NumericWork {
   Vector<double> lnz;          // (factor_size) the factor; for L D L' the diagonal places hold D
-  std::int64_t temp_size = 0;  // reals of temp that an update may take
-  Vector<double> temp;         // update of a supernode by another, before its rows are spread
-  Vector<double> packed;       // pivots of a supernode, operands in the order of their use
+  std::int64_t temp_size = 0;  // reals that an update between scattered rows may have
+  Vector<double> packed;       // operands of the dense kernels in the order of their use
+  Vector<double> pivots;       // (max_cols) D of one supernode
   Vector<double> work;         // (neqns + max_rows) right-hand side in new order, one supernode's
   Vector<int> indmap;          // (neqns) distance of a row from the bottom of the target
+  Vector<double*> column;      // (neqns) columns of the target
+  Vector<int> place;           // (max_rows) row of the target of each row of an update, from 0
   Vector<int> link;            // (nsuper) lists of the supernodes that wait for the same target
   Vector<int> head;            // (nsuper) first supernode of the list that waits for each target
   Vector<int> remaining;       // (nsuper) rows of a supernode that are not yet used as targets
@@ -26,10 +28,11 @@ struct NumericWork {
 // Results of the two factorizations.
 constexpr int FACTOR_DONE = 0;
 constexpr int FACTOR_BAD_PIVOT = -1;   // Cholesky: a pivot not positive; L D L': a pivot of zero
-constexpr int FACTOR_TEMP_SMALL = -2;  // an update does not fit into temp
+constexpr int FACTOR_TEMP_SMALL = -2;  // an update is larger than temp_size
 
-// Makes w large enough for the structure. temp_size is the wanted length of temp, at least the
-// largest update that needs it. Arrays that are large enough already are kept as they are.
+// Makes w large enough for the structure. temp_size bounds the updates between scattered rows, at
+// least the largest that the analysis found. They pass through registers and need no such room, but
+// an update beyond it tells of a structure that does not fit the matrix. Arrays that are large enough already are kept as they are.
 void reserve_numeric(const FactorStructure& s, std::int64_t temp_size, NumericWork& w);
 
 // lnz(luperm(k)) = a(k) for the stored values of A, all other places of the factor zero.

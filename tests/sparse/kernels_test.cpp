@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <random>
 #include <vector>
 
@@ -16,7 +17,6 @@ struct Kernels {
   decltype(&kernels_plain::factor_panel) factor_panel;
   decltype(&kernels_plain::forward_panel) forward_panel;
   decltype(&kernels_plain::backward_panel) backward_panel;
-  decltype(&kernels_plain::spread) spread;
 };
 
 class DenseKernels : public testing::TestWithParam<Kernels> {
@@ -42,32 +42,43 @@ class DenseKernels : public testing::TestWithParam<Kernels> {
 };
 
 TEST_P(DenseKernels, UpdateMatchesPlainLoopsAroundEveryTileBoundary) {
-  for (const int r : {1, 3, 4, 5, 8, 11, 12, 13, 16, 25, 60, 67})
-    for (const int m : {1, 2, 3, 4, 5, 7, 8, 20, 33})
+  struct Places {  // of the rows of the product in the target
+    bool listed;
+    int shift;
+    std::function<int(int)> at;
+  };
+  const Places kinds[] = {{false, 3, [](int i) { return i + 3; }},
+                          {true, 0, [](int i) { return i + i / 5; }},
+                          {true, 0, [](int i) { return i + i / 17 * 4; }}};
+  for (const int r : {1, 3, 4, 5, 8, 11, 12, 13, 16, 17, 25, 60, 67, 361})
+    for (const int m : {1, 2, 3, 4, 5, 7, 8, 20, 33, 330})
       for (const int k : {1, 2, 9, 40})
-        for (const int above : {0, 6, 100})
-          for (const int kind : {0, 1, 2, 3}) {  // bit 0: overwrite, bit 1: scaled
-            const int lda = r + 3, ldb = m + 1, ldc = r + 2;
-            const auto a = random_values(lda * k), b = random_values(ldb * k);
-            const auto d = random_values(k), c = random_values(ldc * m);
+        for (const Places& places : kinds)
+          for (const bool scaled : {false, true}) {
+            if (m > r || (m > 33 && k > 9)) continue;
+            const int lda = r + 3, rows = places.at(r - 1) + 2, columns = places.at(m - 1) + 1;
+            const auto a = random_values(lda * k), d = random_values(k);
+            const auto c = random_values(std::ptrdiff_t{rows} * columns);
             auto result = c;
-            GetParam().update(result.data(), ldc, a.data(), lda, b.data(), ldb,
-                              kind & 2 ? d.data() : nullptr, r, m, k, above, kind & 1,
-                              packed.data());
-            for (int j = 0; j < m; ++j)
-              for (int i = 0; i < ldc; ++i) {
-                const double before = c[at(i, j, ldc)], got = result[at(i, j, ldc)];
-                if (i >= r) {  // other supernodes live there
-                  ASSERT_EQ(got, before) << r << ' ' << m << ' ' << k << ' ' << i << ' ' << j;
-                  continue;
-                }
-                if (i + above < j) continue;
+            std::vector<double*> column;
+            std::vector<int> place, from(static_cast<std::size_t>(rows), -1);
+            for (int j = 0; j < columns; ++j) column.push_back(&result[at(0, j, rows)]);
+            for (int i = 0; i < r; ++i) {
+              place.push_back(places.at(i));
+              from[static_cast<std::size_t>(places.at(i))] = i;
+            }
+            GetParam().update(column.data(), places.listed ? place.data() : nullptr, places.shift,
+                              a.data(), lda, scaled ? d.data() : nullptr, r, m, k, packed.data());
+            for (int q = 0; q < columns; ++q)
+              for (int p = 0; p < rows; ++p) {
+                const int i = from[static_cast<std::size_t>(p)],
+                          j = from[static_cast<std::size_t>(q)];
                 double sum = 0;
-                for (int p = 0; p < k; ++p)
-                  sum += a[at(i, p, lda)] * b[at(j, p, ldb)] *
-                         (kind & 2 ? d[static_cast<std::size_t>(p)] : 1.0);
-                ASSERT_NEAR(got, kind & 1 ? sum : before - sum, 1e-13)
-                    << r << ' ' << m << ' ' << k << ' ' << above << ' ' << kind;
+                for (int t = 0; t < k && i >= j && j >= 0; ++t)
+                  sum += a[at(i, t, lda)] * a[at(j, t, lda)] *
+                         (scaled ? d[static_cast<std::size_t>(t)] : 1.0);
+                ASSERT_NEAR(result[at(p, q, rows)], c[at(p, q, rows)] - sum, 1e-13)
+                    << r << ' ' << m << ' ' << k << ' ' << p << ' ' << q;
               }
           }
 }
@@ -129,26 +140,12 @@ TEST_P(DenseKernels, PivotsStopWhereTheyMust) {
   EXPECT_EQ(result(0.0, true), -1);
 }
 
-TEST_P(DenseKernels, SpreadSubtractsEachRunInItsPlace) {
-  const int row[] = {2, 4, 20}, len[] = {1, 9, 6};
-  const auto t = random_values(16 * 3), c = random_values(30 * 3);
-  auto result = c;
-  GetParam().spread(result.data(), 30, t.data(), 16, 3, 3, row, len);
-  for (int j = 0; j < 3; ++j)
-    for (int q = 0, i = 0; q < 3; ++q)
-      for (int p = 0; p < len[q]; ++p, ++i)
-        EXPECT_EQ(result[at(row[q] + p, j, 30)], c[at(row[q] + p, j, 30)] - t[at(i, j, 16)]);
-  for (const int untouched : {0, 1, 3, 13, 19, 26, 29})
-    EXPECT_EQ(result[at(untouched, 1, 30)], c[at(untouched, 1, 30)]);
-}
-
 std::vector<Kernels> variants() {
   std::vector<Kernels> v{{"plain", kernels_plain::update, kernels_plain::factor_panel,
-                          kernels_plain::forward_panel, kernels_plain::backward_panel,
-                          kernels_plain::spread}};
+                          kernels_plain::forward_panel, kernels_plain::backward_panel}};
   if (have_avx2())
     v.push_back({"avx2", kernels_avx2::update, kernels_avx2::factor_panel,
-                 kernels_avx2::forward_panel, kernels_avx2::backward_panel, kernels_avx2::spread});
+                 kernels_avx2::forward_panel, kernels_avx2::backward_panel});
   return v;
 }
 INSTANTIATE_TEST_SUITE_P(Variants, DenseKernels, testing::ValuesIn(variants()),
