@@ -1,26 +1,37 @@
 #include <gtest/gtest.h>
 
-#include "bars/forces.h"
-#include "bars/frame.h"
-#include "support/models.h"
+#include <cmath>
 
-static const auto KINDS = {ibrace_stiffness, ebrace_stiffness};
+#include "bars/forces.h"
+#include "bars/gather.h"
+#include "bars/geometric.h"
+
+// Four corners of a section, 60 deep.
+static const BraceCorners CORNERS{{-50, 60, 0, 50, 60, 0, -35, 0, 0, 35, 0, 0}};
+static const FixedVector<double, 3> AREA_5{{29600.0, 5.0, 1.0}};
+
+// Every triple of v turned by a rotation that leaves no axis where it was: columns of sevenths.
+static BraceCorners turned(const BraceCorners& v) {
+  const FixedMatrix<double, 3, 3> skew{{2, 3, 6, 3, -6, 2, 6, 2, -3}};
+  BraceCorners out{};
+  for (int k = 1; k <= 12; ++k)
+    for (int j = 1; j <= 3; ++j) out(k) += skew((k - 1) % 3 + 1, j) / 7 * v((k - 1) / 3 * 3 + j);
+  return out;
+}
 
 TEST(Brace, MatchesTheFiguresOfEachKind) {
-  BraceMatrix k;
-  ibrace_stiffness(k, CORNERS, AREA_5);
-  EXPECT_NEAR(k(1, 1), 1708.6801, 5e-5);
-  EXPECT_NEAR(k(1, 4), -1251.3199, 5e-5);
-  EXPECT_NEAR(k(7, 7), 228.6801, 5e-5);
-  ebrace_stiffness(k, CORNERS, AREA_5);
-  EXPECT_NEAR(k(1, 1), 1808.0577, 5e-5);
-  EXPECT_NEAR(k(1, 2), -393.6692, 5e-5);
-  EXPECT_NEAR(k(1, 4), -1151.9423, 5e-5);
+  BraceMatrix internal, external;
+  ibrace_stiffness(internal, CORNERS, AREA_5);
+  ebrace_stiffness(external, CORNERS, AREA_5);
+  const std::pair<double, double> figures[] = {
+      {internal(1, 1), 1708.6801}, {internal(1, 4), -1251.3199}, {internal(7, 7), 228.6801},
+      {external(1, 1), 1808.0577}, {external(1, 2), -393.6692},  {external(1, 4), -1151.9423}};
+  for (const auto& [k, figure] : figures) EXPECT_NEAR(k, figure, 5e-5);
 }
 
 TEST(Brace, TurnsWithItsPlaneAndIsFreeAcrossIt) {
   const BraceCorners u{{1, -2, 3, 0.5, 4, -1, 2, 2, 1, -3, 1, 0.2}};
-  for (const auto brace : KINDS) {
+  for (const auto brace : {ibrace_stiffness, ebrace_stiffness}) {
     BraceMatrix k, kr;
     brace(k, CORNERS, AREA_5);
     brace(kr, turned(CORNERS), AREA_5);
@@ -33,12 +44,7 @@ TEST(Brace, TurnsWithItsPlaneAndIsFreeAcrossIt) {
 }
 
 TEST(Brace, RigidMotionGivesNoForceInAnyBar) {
-  BraceCorners u;
-  for (int c = 0; c < 4; ++c) {
-    u(3 * c + 1) = 7 - CORNERS(3 * c + 2) / 10;
-    u(3 * c + 2) = -3 + CORNERS(3 * c + 1) / 10;
-    u(3 * c + 3) = 11;
-  }
+  const BraceCorners u{{1, -8, 11, 1, 2, 11, 7, -6.5, 11, 7, 0.5, 11}};
   const BraceCorners c12 = turned(CORNERS), u12 = turned(u);
   BraceMatrix k12;
   ibrace_stiffness(k12, c12, AREA_5);
@@ -47,25 +53,41 @@ TEST(Brace, RigidMotionGivesNoForceInAnyBar) {
   for (const double p : ebrace_forces(c12, u15, AREA_5).v) EXPECT_NEAR(p, 0, 2e-3);
 }
 
-TEST(BraceForces, FilesHoldOneBlockPerAnalysisInFixedColumns) {
-  Model m = one_girder(48);
-  m.secdim = {{60, 70, 100, 12, 144, 8}};  // CORNERS at the first station
-  add_ibraces(m, {0});
-  add_laterals(m, {{2, 0, 0}});
-  Structure f = generate(m);
-  f.elements.ebconn = f.elements.ibconn;  // an external brace in the same place
-  f.properties.ebprop = f.properties.ibprop;
-  f.elements.nebel = 1;
-  Vector<double> U(NDOF * f.nodes.nnode);
-  U(equation(30, 1)) = 0.01;
-  std::string ibr, ebr, axf;
-  write_ibrace_forces(f.nodes, f.elements, f.properties, U, 2, ibr);
-  write_ebrace_forces(f.nodes, f.elements, f.properties, U, 1, ebr);
-  U(equation(30, 1)) = -10000;
-  write_lateral_forces(f.nodes, f.elements, f.properties, U, 1, axf);
-  const std::string head = " run\n           1\n           1\n    1";
-  EXPECT_EQ(ibr,
-            " run\n           2\n           1\n    1    -17.09    -12.51      4.54     -4.54\n");
-  EXPECT_EQ(ebr, head + "    -14.80      3.28     -3.28     -5.12      5.12\n");
-  EXPECT_EQ(axf, head + "  **********\n") << "wider than its field";
+static BraceMatrix internal_under(const BraceCorners& u12) {
+  BraceMatrix k12, kg;
+  ibrace_stiffness(k12, CORNERS, AREA_5);
+  ibrace_geo_stiffness(kg, CORNERS, multiply(k12, u12));
+  return kg;
+}
+
+static BraceMatrix external_under(const BraceCorners& u12) {
+  BraceMatrix kg;
+  ebrace_geo_stiffness(kg, CORNERS, AREA_5, ebrace_displacements(CORNERS, u12, AREA_5));
+  return kg;
+}
+
+// By hand: the four bars of the external kind at M as q - q q'/s, and the strut P1 to P2 apart.
+TEST(BraceGeometric, MatchesTheFiguresOfTheInternalKindAndTheExternalByHand) {
+  const BraceMatrix internal = internal_under({{0.01}});
+  const double diagonal[4] = {-0.144467, -0.144467, 0.072548, -0.058126};
+  for (int i = 1; i <= 12; ++i) EXPECT_NEAR(internal(i, i), diagonal[(i - 1) / 3], 5e-7);
+
+  const BraceCorners u{{0.01, 0.02, 0, -0.01, 0.03, 0, 0.02, 0, 0, 0, -0.01, 0}};
+  const auto p = ebrace_forces(CORNERS, ebrace_displacements(CORNERS, u, AREA_5), AREA_5);
+  const double slant = std::hypot(50, 60), strut = p(1) / 100;
+  const double q[4] = {p(4) / slant, p(5) / slant, p(2) / 35, p(3) / 35};
+  const double s = q[0] + q[1] + q[2] + q[3];
+  const BraceMatrix external = external_under(u);
+  for (int i = 1; i <= 3; ++i) {
+    EXPECT_NEAR(external(i, i), q[0] - q[0] * q[0] / s + strut, 1e-12);
+    EXPECT_NEAR(external(i, 3 + i), -q[0] * q[1] / s - strut, 1e-12);
+    EXPECT_NEAR(external(6 + i, 3 + i), -q[2] * q[1] / s, 1e-12);
+    EXPECT_NEAR(external(9 + i, 9 + i), q[3] - q[3] * q[3] / s, 1e-12);
+  }
+}
+
+TEST(BraceGeometric, BraceWithHalvesOfTheStrutInBalanceAddsNothing) {
+  const BraceCorners racked{{0.3, 0.1, 0, 0.3, -0.1, 0, -0.7, 0.2, 0, -0.7, -0.2, 0}};
+  for (const BraceMatrix& kg : {internal_under(racked), external_under(racked)})
+    for (const double value : kg.v) EXPECT_EQ(value, 0);
 }

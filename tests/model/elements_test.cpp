@@ -7,25 +7,15 @@
 #include "support/models.h"
 
 using List = std::vector<int>;
-static List column(const Matrix<int>& conn, int e) {
-  return {conn.column(e), conn.column(e) + conn.rows()};
-}
+struct Row {
+  const Matrix<int>& conn;
+  int element;
+  List nodes;
+};
 
-TEST(Shells, RunBayByBayAlongTheStrips) {
-  const Matrix<int> one = generate(one_girder(48)).elements.shconn;
-  ASSERT_EQ(one.cols(), 52);
-  EXPECT_EQ(column(one, 1), (List{1, 3, 111, 109, 2, 57, 110, 55, 56}));
-  EXPECT_EQ(column(one, 11), (List{22, 30, 138, 130, 23, 84, 131, 76, 77}));
-  EXPECT_EQ(column(one, 14), (List{54, 29, 137, 162, 28, 83, 136, 108, 82}));
-  EXPECT_EQ(column(one, 26), (List{52, 54, 162, 160, 53, 108, 161, 106, 107}));
-  EXPECT_EQ(column(one, 27), (List{109, 111, 219, 217, 110, 165, 218, 163, 164}));
-  const Matrix<int> two = generate(two_girders(48)).elements.shconn;
-  ASSERT_EQ(two.cols(), 104);
-  EXPECT_EQ(column(two, 1), (List{1, 3, 217, 215, 2, 110, 216, 108, 109}));
-  EXPECT_EQ(column(two, 21), (List{42, 50, 264, 256, 43, 157, 257, 149, 150}));
-  EXPECT_EQ(column(two, 36), (List{74, 49, 263, 288, 48, 156, 262, 181, 155}));
-  EXPECT_EQ(column(two, 52), (List{107, 82, 296, 321, 81, 189, 295, 214, 188}));
-  EXPECT_EQ(column(two, 53), (List{215, 217, 431, 429, 216, 324, 430, 322, 323}));
+static void expect_rows(const std::vector<Row>& rows) {
+  for (const auto& [conn, e, nodes] : rows)
+    EXPECT_EQ(List(conn.column(e), conn.column(e) + conn.rows()), nodes) << "element " << e;
 }
 
 static Elements attached(Model m) {
@@ -36,35 +26,33 @@ static Elements attached(Model m) {
   return generate(m).elements;
 }
 
-TEST(BarElements, OfOneGirderStandAtTheirStations) {
+TEST(Elements, OfOneGirderRunBayByBayAndStandAtTheirStations) {
   const Elements el = attached(one_girder(120));
-  EXPECT_EQ(column(el.ibconn, 2), (List{462, 486, 470, 478}));
-  EXPECT_EQ(column(el.latconn, 1), (List{162, 246}));
-  EXPECT_EQ(column(el.latconn, 2), (List{138, 270}));
-  EXPECT_EQ(column(el.wsconn, 2), (List{100, 101, 102, 103, 104, 105, 106, 107, 108}));
-  EXPECT_EQ(el.wsconn(1, 3), 192);
-  EXPECT_EQ(column(el.supconn, 1), (List{30, 54, 38, 46}));
-  const List pairs[6] = {{76, 59}, {84, 61}, {79, 63}, {80, 67}, {108, 69}, {83, 71}};
-  for (int l = 1; l <= 6; ++l) EXPECT_EQ(column(el.studconn, 6 + l), pairs[l - 1]);
+  expect_rows({{el.shconn, 1, {1, 3, 111, 109, 2, 57, 110, 55, 56}},
+               {el.shconn, 14, {54, 29, 137, 162, 28, 83, 136, 108, 82}},
+               {el.shconn, 27, {109, 111, 219, 217, 110, 165, 218, 163, 164}},
+               {el.ibconn, 2, {462, 486, 470, 478}},
+               {el.latconn, 1, {162, 246}},
+               {el.latconn, 2, {138, 270}},
+               {el.wsconn, 2, {100, 101, 102, 103, 104, 105, 106, 107, 108}},
+               {el.supconn, 1, {30, 54, 38, 46}},
+               {el.studconn, 7, {76, 59}},
+               {el.studconn, 11, {108, 69}}});
   ASSERT_EQ(el.nfix, 18);
   for (int i = 1; i <= 9; ++i) EXPECT_EQ(el.fixnode(i), 37 + i);
 }
 
-TEST(BarElements, OfTwoGirdersFillTheTableGirderByGirder) {
+TEST(Elements, OfTwoGirdersFillTheTablesGirderByGirder) {
   const Elements el = attached(two_girders(120));
-  EXPECT_EQ(column(el.ibconn, 2), (List{906, 930, 914, 922}));
-  EXPECT_EQ(column(el.ibconn, 4), (List{939, 963, 947, 955}));
-  EXPECT_EQ(column(el.ebconn, 1), (List{288, 297, 280, 305}));
-  EXPECT_EQ(column(el.latconn, 1), (List{288, 478}));
-  EXPECT_EQ(column(el.latconn, 4), (List{297, 535}));
-  ASSERT_EQ(el.nwsel, 8);
-  EXPECT_EQ(el.wsconn(1, 3), 107 + 83);
-  EXPECT_EQ(el.wsconn(9, 4), 107 + 107);
-  EXPECT_EQ(column(el.supconn, 1), (List{50, 74, 58, 66}));
-  EXPECT_EQ(column(el.supconn, 3), (List{83, 107, 91, 99}));
-  EXPECT_EQ(column(el.supconn, 5), (List{74, 83, 66, 91}));
-  ASSERT_EQ(el.nfix, 36);
-  EXPECT_EQ(el.fixnode(9), 66);
-  EXPECT_EQ(el.fixnode(10), 91);
-  EXPECT_EQ(el.fixnode(19), 1070 + 58);
+  expect_rows({{el.shconn, 36, {74, 49, 263, 288, 48, 156, 262, 181, 155}},
+               {el.shconn, 52, {107, 82, 296, 321, 81, 189, 295, 214, 188}},
+               {el.shconn, 53, {215, 217, 431, 429, 216, 324, 430, 322, 323}},
+               {el.ibconn, 4, {939, 963, 947, 955}},
+               {el.ebconn, 1, {288, 297, 280, 305}},
+               {el.latconn, 4, {297, 535}},
+               {el.wsconn, 4, {206, 207, 208, 209, 210, 211, 212, 213, 214}},
+               {el.supconn, 3, {83, 107, 91, 99}},
+               {el.supconn, 5, {74, 83, 66, 91}}});
+  const List fixed = {el.nfix, el.fixnode(9), el.fixnode(10), el.fixnode(19)};
+  EXPECT_EQ(fixed, (List{36, 66, 91, 1070 + 58}));
 }
