@@ -30,63 +30,37 @@ static std::string words(const std::string& text) {
   return reader.open_quote > 0 ? all + " open " + std::to_string(reader.open_quote) : all;
 }
 
-TEST(RecordReader, GoesOnOverLinesAndThrowsTheRestOfTheLastLineAway) {
-  EXPECT_EQ(rows("\n  7 \n\n\t0.5 and a comment\n8,2.5\r\n9 , 3.5 / rest\r\n1"),
-            "7 0.5|8 2.5|9 3.5|");
+TEST(RecordReader, FollowsTheRulesOfFreeFormat) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"\n  7 \n\n\t0.5 and a comment\n8,2.5\r\n9 , 3.5 / rest\r\n1", "7 0.5|8 2.5|9 3.5|"},
+      {",0.5\n7,,\n8/ 9\n/\n1* 4\n2*\n,\n,6", "- 0.5|7 -|8 -|- -|- 4|- -|- -|"},
+      {"2*12\n99999999999*3 4\n1*5, 6\n0*5 6\n", "12 12|3 3|5 6|- 6!4.10*5|"},
+      {"ab\n7 .5\n8 x\n9 1.5\n12.0 2.5", "- -!1.1ab|7 0.5|8 -!3.2x|9 1.5|- 2.5!5.112.0|"},
+      {"1 -.5e1\n2 5.\n3 1.5D+3\n4 1.5d3\n5 1.5+3\n6 15-1\n7 1q2\n8 1e-9999\n+9 +9",
+       "1 -5|2 5|3 1500|4 1500|5 1500|6 1.5|7 100|8 0|9 9|"}};
+  for (const auto& [text, records] : cases) EXPECT_EQ(rows(text), records);
 }
 
-TEST(RecordReader, LeavesTargetsOfEmptyPlacesAndBehindASlashUnchanged) {
-  EXPECT_EQ(rows(",0.5\n7,,\n8/ 9\n/\n1* 4\n2*\n,\n,6"), "- 0.5|7 -|8 -|- -|- 4|- -|- -|");
-}
-
-TEST(RecordReader, RepeatsValuesWithinOneRecordOnly) {
-  EXPECT_EQ(rows("2*12\n99999999999*3 4\n1*5, 6\n0*5 6\n"), "12 12|3 3|5 6|- 6!4.10*5|");
-}
-
-TEST(RecordReader, TakesTheRestOfABrokenRecordFromItsLineAlone) {
-  EXPECT_EQ(rows("ab\n7 .5\n8 x\n9 1.5\n12.0 2.5"),
-            "- -!1.1ab|7 0.5|8 -!3.2x|9 1.5|- 2.5!5.112.0|");
-}
-
-TEST(RecordReader, TakesQuotedTextWithBlanksAndDoubledQuotes) {
+TEST(RecordReader, TakesQuotedTextAndSkipsAByteOrderMarkAtTheStartOnly) {
   EXPECT_EQ(words("'it''s one' x\n\"a, b / c\"\nplain/text\n2*'ab'\n'over\r\nlines'\nlast"),
             "it's one|a, b / c|plain|ab|overlines|last| long 5");
   EXPECT_EQ(words("\n'never closed\nngird\n1\n"), " long 2 open 2");
-}
-
-TEST(RecordReader, SkipsAByteOrderMarkAtTheStartOnly) {
-  EXPECT_EQ(words("\xEF\xBB\xBF"), "");
-  EXPECT_EQ(words("\xEF\xBB\xBF"
-                  "a\n\xEF\xBB\xBF"
-                  "b\n"),
-            "a|\xEF\xBB\xBF"
-            "b|");
-}
-
-TEST(RecordReader, ConvertsRealsWithEveryFormOfExponent) {
-  EXPECT_EQ(rows("1 -.5e1\n2 5.\n3 1.5D+3\n4 1.5d3\n5 1.5+3\n6 15-1\n7 1q2\n8 1e-9999\n+9 +9"),
-            "1 -5|2 5|3 1500|4 1500|5 1500|6 1.5|7 100|8 0|9 9|");
-  for (const char* text :
-       {"", ".", "-", "e5", "1e", "1e+", "1.2.3", "0x10", "1e2.0", "--5", "+-5"}) {
-    double x;
-    ValueProblem problem;
-    EXPECT_FALSE(to_real(text, x, problem)) << text;
-    EXPECT_EQ(problem, ValueProblem::NOT_CONVERTIBLE);
-  }
+  EXPECT_EQ(words("\xEF\xBB\xBFz\n\xEF\xBB\xBFz\n"), "z|\xEF\xBB\xBFz|");
 }
 
 TEST(RecordReader, TellsValuesOutOfRangeFromThoseThatAreNoNumbers) {
+  using enum ValueProblem;
   double x = 0;
   int i = 0;
   ValueProblem problem;
-  EXPECT_FALSE(to_real("-1+99999999999", x, problem));
-  EXPECT_EQ(problem, ValueProblem::OUT_OF_RANGE);
-  EXPECT_FALSE(to_integer("2147483648", i, problem));
-  EXPECT_EQ(problem, ValueProblem::OUT_OF_RANGE);
+  for (const char* text : {"", ".", "-", "e5", "1e", "1e+", "1.2.3", "0x10", "1e2.0", "--5", "+-5"})
+    EXPECT_TRUE(!to_real(text, x, problem) && problem == NOT_CONVERTIBLE) << text;
+  EXPECT_TRUE(!to_real("-1+99999999999", x, problem) && problem == OUT_OF_RANGE);
+  EXPECT_TRUE(!to_integer("2147483648", i, problem) && problem == OUT_OF_RANGE);
   for (const char* text : {"NaN", "-nan", "Inf", "+INFINITY", "nan(0x1)"})
-    EXPECT_TRUE(!to_real(text, x, problem) && problem == ValueProblem::NOT_FINITE) << text;
+    EXPECT_TRUE(!to_real(text, x, problem) && problem == NOT_FINITE) << text;
   for (const char* text : {"1.0", "+-1", "-", "", "1e3", "'1'", "T"})
-    EXPECT_TRUE(!to_integer(text, i, problem) && problem == ValueProblem::NOT_CONVERTIBLE) << text;
+    EXPECT_TRUE(!to_integer(text, i, problem) && problem == NOT_CONVERTIBLE) << text;
   EXPECT_TRUE(to_integer("-2147483648", i, problem) && i == -2147483647 - 1);
 }
 
