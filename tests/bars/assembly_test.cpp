@@ -10,18 +10,20 @@
 #include "buckling/product.h"
 #include "model/pattern.h"
 #include "support/models.h"
-#include "support/shells.h"
 
-// Translations by 1 (t = 1 to 3) and rotations by 0.001 (4 to 6) of the whole structure. alpha stays
-// zero: its one use here is the torsion of stiffeners, which their ends hold.
+// Translations by 1 (t = 1 to 3) and rotations by 0.001 about the axes (4 to 6) of the whole
+// structure. alpha stays zero: its one use here is the torsion of stiffeners, which their ends hold.
 static Vector<double> motion(const Nodes& nodes, int t) {
   Vector<double> U(NDOF * nodes.nnode);
-  double v[3] = {}, r[3] = {};
-  (t <= 3 ? v[t - 1] : r[t - 4]) = t <= 3 ? 1 : 1e-3;
   for (int n = 1; n <= nodes.nnode; ++n) {
-    rigid_motion(v, r, nodes.xyz.column(n), nodes.vt1.column(n), nodes.vt2.column(n),
-                 &U(equation(n, 1)));
-    U(equation(n, 4)) = 0;
+    if (t <= 3) {
+      U(equation(n, t)) = 1;
+      continue;
+    }
+    const int axis = t - 3, next = axis % 3 + 1, last = next % 3 + 1;
+    U(equation(n, next)) = -1e-3 * nodes.xyz(last, n);
+    U(equation(n, last)) = 1e-3 * nodes.xyz(next, n);
+    U(equation(n, 5)) = 1e-3 * nodes.vt2(axis, n);
   }
   return U;
 }
