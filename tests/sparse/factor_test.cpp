@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <numeric>
 
 #include "sparse/matrices.h"
+#include "sparse/numeric.h"
 
 using Lists = std::vector<std::vector<int>>;  // by numbers from 1
 
@@ -64,12 +66,49 @@ static void expect_supernodes(const FactorStructure& f, const Lists& rows) {
     up[f.snorder(K)] = down[f.topdown(K)] = K;
   }
   for (int K = 1; K <= f.nsuper; ++K) {
-    const int* const child = f.child.begin() - 1;
     ASSERT_EQ(f.ncolupd(K), updates[K]);
-    ASSERT_EQ(children[K], std::vector<int>(child + f.xchild(K), child + f.xchild(K + 1)));
+    ASSERT_EQ(children[K], std::vector<int>(f.child.begin() + f.xchild(K) - 1,
+                                            f.child.begin() + f.xchild(K + 1) - 1));
     ASSERT_TRUE(up[K] > 0 && down[K] > 0);
     for (const int c : children[K]) ASSERT_TRUE(up[c] < up[K] && down[c] > down[K]);
   }
+}
+
+// Length of P A P' v - L D L' v for some v; D is one for Cholesky.
+static double product_error(const SmallMatrix& m, const FactorStructure& s, const NumericWork& w,
+                            bool ldl) {
+  std::vector<double> v(m.n + 1), error(m.n + 1);
+  for (int i = 1; i <= m.n; ++i) v[i] = std::sin(i);
+  each_value(m, [&](int i, int j, int t) {
+    error[s.invp(i)] += m.a[t - 1] * v[s.invp(j)];
+    if (i != j) error[s.invp(j)] += m.a[t - 1] * v[s.invp(i)];
+  });
+  for (int j = 1; j <= m.n; ++j) {
+    const std::int64_t first = s.xlindx(s.snode(j)), diagonal = first + j - s.xsuper(s.snode(j));
+    const double d = ldl ? w.lnz(s.xlnz(j) + diagonal - first) : 1;
+    const auto L = [&](std::int64_t t) {
+      return ldl && t == diagonal ? 1 : w.lnz(s.xlnz(j) + t - first);
+    };
+    double y = 0;
+    for (auto t = diagonal; t < s.xlindx(s.snode(j) + 1); ++t) y += L(t) * v[s.lindx(t)];
+    for (auto t = diagonal; t < s.xlindx(s.snode(j) + 1); ++t) error[s.lindx(t)] -= L(t) * d * y;
+  }
+  return std::sqrt(std::inner_product(error.begin(), error.end(), error.begin(), 0.0));
+}
+
+// Factors m and its like with pivots of both signs, in the same storage.
+static void expect_factors(const FactorStructure& f, SmallMatrix m) {
+  NumericWork w;
+  reserve_numeric(f, f.update_size, w);
+  const double* const storage = w.lnz.data();
+  ASSERT_EQ(factor_cholesky(f, m.a.data(), w), FACTOR_DONE);
+  ASSERT_LT(product_error(m, f, w, false), 1e-11);
+  for (int i = 1; i <= m.n; i += 3) m.diagonal(i) *= -1.0;
+  ASSERT_EQ(factor_cholesky(f, m.a.data(), w), FACTOR_BAD_PIVOT);
+  ASSERT_EQ(factor_ldl(f, m.a.data(), w), FACTOR_DONE);
+  ASSERT_LT(product_error(m, f, w, true), 1e-11);
+  reserve_numeric(f, 0, w);  // what is large enough stays
+  ASSERT_EQ(w.lnz.data(), storage);
 }
 
 // Analyses m and compares all of the structure with elimination by hand.
@@ -79,6 +118,7 @@ static FactorStructure checked(const SmallMatrix& m, const int* user_perm = null
   const Lists rows = eliminate(m, f.invp);
   expect_columns(f, rows);
   expect_supernodes(f, rows);
+  expect_factors(f, m);
   return f;
 }
 
@@ -89,7 +129,7 @@ static int group_count(const SmallMatrix& m) {
   return groups.count;
 }
 
-TEST(Analysis, AgreesWithEliminationByHand) {
+TEST(Analysis, AgreesWithEliminationByHandAndTheFactorWithTheMatrix) {
   for (unsigned seed = 1; seed <= 40; ++seed) {
     SCOPED_TRACE(seed);
     const int n = 2 + static_cast<int>(seed * 7 % 90);
@@ -135,6 +175,14 @@ TEST(Analysis, RefusesWhatIsNoPermutationAndColumnsOutsideTheUpperTriangle) {
   EXPECT_EQ(analyse(2, 3, ia, below, nullptr, f), BAD_COLUMN);
 }
 
+TEST(Factorization, StopsAtAnUpdateThatDoesNotFit) {
+  const SmallMatrix m = small_matrix(60, grid_pairs(6, 10), 5);
+  const FactorStructure f = checked(m);
+  NumericWork w;
+  reserve_numeric(f, 24, w);  // less than one 5 x 5 block
+  EXPECT_EQ(factor_cholesky(f, m.a.data(), w), FACTOR_TEMP_SMALL);
+}
+
 TEST(Groups, HoldEquationsWithTheSameNeighboursOnly) {
   EXPECT_EQ(group_count(small_matrix(12, grid_pairs(3, 4), 5, true)), 12);
   // 1 and 2 are coupled with the same 3 and 4, but not with each other.
@@ -142,7 +190,7 @@ TEST(Groups, HoldEquationsWithTheSameNeighboursOnly) {
   SmallMatrix m = small_matrix(12, grid_pairs(3, 4), 5);
   EXPECT_EQ(group_count(m), 12);
   for (int i = 1; i <= m.n; ++i)
-    std::reverse(m.ja.begin() + m.ia[i - 1] - 1, m.ja.begin() + m.ia[i] - 1);
+    std::reverse(m.ja.begin() + m.ia[i - 1], m.ja.begin() + m.ia[i] - 1);
   EXPECT_EQ(group_count(m), 60);  // not looked for in rows that do not ascend
   checked(m);
 }
