@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <random>
 
+#include "model/pattern.h"
 #include "shell/geometric.h"
 #include "shell/points.h"
 #include "shell/stress.h"
+#include "support/models.h"
 
 static void set3(double* v, double x, double y, double z) { v[0] = x, v[1] = y, v[2] = z; }
 
@@ -123,7 +125,7 @@ TEST(Shell, SkewedElementsStoreTheEnergyOfTheirStresses) {
 }
 
 TEST(Shell, GoesOnWithTheLastInverseWhereTheMappingFails) {
-  ShellWork w = flat_shell(29600, 0.3, 1, STEEL_PLATE);
+  ShellWork w = flat_shell(29600, 0.3, 1, CONCRETE_DECK);
   const ShellMatrix upright = stiffness(w);
   for (double& v : w.evn.v) v = -v;
   testing::internal::CaptureStdout();
@@ -132,5 +134,18 @@ TEST(Shell, GoesOnWithTheLastInverseWhereTheMappingFails) {
   EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 18);
   EXPECT_EQ(said.substr(0, 19), " determinant error\n");
   // The inverse of the upright element serves all points; only the sign of the determinant differs.
-  EXPECT_NEAR(inverted(1, 1), -upright(1, 1), 1e-8);
+  for (int i = 0; i < 45 * 45; ++i) EXPECT_NEAR(inverted.v[i], -upright.v[i], 1e-7);
+}
+
+TEST(Shell, GeometricStiffnessLeavesOutTheDeckOfEitherPattern) {
+  for (const int ngird : {1, 2}) {
+    const Structure s = generate(ngird == 1 ? one_girder(48) : two_girders(48));
+    const MatrixPattern pattern = build_pattern(s.nodes.nnode, s.elements);
+    Vector<double> U(pattern.n), KG(pattern.nnz);
+    for (int i = 1; i <= pattern.n; ++i) U(i) = 0.001 * (i % 11);
+    assemble_shell_geometric(s.nodes, s.elements, s.properties, 1, U, ngird, pattern, KG);
+    const SectionPattern& section = section_pattern(ngird);
+    for (int n = 1; n <= s.nodes.nnode; ++n)
+      EXPECT_EQ(KG(pattern.ia(equation(n, 1))) == 0, (n - 1) % section.nodes < section.deck_nodes);
+  }
 }
