@@ -7,6 +7,7 @@
 #include <iterator>
 #include <string>
 
+#include "bars/braces.h"
 #include "control/input.h"
 #include "solution/loads.h"
 #include "support/run.h"
@@ -39,7 +40,7 @@ static double applied_load(const Model& m, int k) {
                      volume(top_segments(m), 2 * m.secdim(4)));
 }
 
-// What the mid nodes of the braces pass to the ground: 1e-5 kip/in times their deflection, here that
+// What the mid nodes of the braces pass to the ground: BRACE_EPS times their deflection, here that
 // of the mean of their corners.
 static double brace_loss(const Bridge& b, int k) {
   double sum = 0;
@@ -47,7 +48,7 @@ static double brace_loss(const Bridge& b, int k) {
   for (const Matrix<int>* conn : {&b.run.elements.ibconn, &b.run.elements.ebconn})
     for (int e = 1; e <= conn->cols(); ++e)
       for (int c = 1; c <= 4; ++c) sum -= U(equation((*conn)(c, e), 2)) / 4;
-  return double{1.0e-5f} * sum;
+  return BRACE_EPS * sum;
 }
 
 class Example : public testing::TestWithParam<const char*> {};
