@@ -10,8 +10,7 @@
 #include "shell/assembly.h"
 #include "solution/linear.h"
 #include "solution/supports.h"
-
-static void set3(double* v, double x, double y, double z) { v[0] = x, v[1] = y, v[2] = z; }
+#include "support/shells.h"
 
 // Share of node i, from 0, in a uniform load on a line of n elements.
 static double simpson(int i, int n) { return (i % 2 ? 4.0 : i % (2 * n) ? 2.0 : 1.0) / (6 * n); }
@@ -34,10 +33,9 @@ struct Mesh {
     F = U = Vector<double>(NDOF * nodes.nnode);
     held = Vector<int>(NDOF * nodes.nnode);
     for (int m = 1; m <= nodes.nnode; ++m) {
-      double *const t1 = nodes.vt1.column(m), *const t2 = nodes.vt2.column(m);
-      place(0.5 * column(m) / nx, 0.5 * row(m) / ny, nodes.xyz.column(m), t1, t2);
-      for (int c = 0, d = 1, f = 2; c < 3; ++c, d = f, f = (f + 1) % 3)
-        nodes.vn(c + 1, m) = t1[d] * t2[f] - t1[f] * t2[d];
+      place(0.5 * column(m) / nx, 0.5 * row(m) / ny, nodes.xyz.column(m), nodes.vt1.column(m),
+            nodes.vt2.column(m));
+      cross(nodes.vt1.column(m), nodes.vt2.column(m), nodes.vn.column(m));
     }
     elements.nshell = nx * ny;
     elements.shconn = Matrix<int>(9, nx * ny);

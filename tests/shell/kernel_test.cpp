@@ -10,8 +10,7 @@
 #include "shell/points.h"
 #include "shell/stress.h"
 #include "support/models.h"
-
-static void set3(double* v, double x, double y, double z) { v[0] = x, v[1] = y, v[2] = z; }
+#include "support/shells.h"
 
 // Square of side 24 in the x-z plane, xi along x, eta along -z, director up.
 static ShellWork flat_shell(double young, double poisson, double thick, double kind) {
