@@ -84,9 +84,8 @@ TEST(BraceGeometric, MatchesTheFiguresOfTheInternalKindAndTheExternalByHand) {
     EXPECT_NEAR(external(6 + i, 3 + i), -q[2] * q[1] / s, 1e-12);
     EXPECT_NEAR(external(9 + i, 9 + i), q[3] - q[3] * q[3] / s, 1e-12);
   }
-}
 
-TEST(BraceGeometric, BraceWithHalvesOfTheStrutInBalanceAddsNothing) {
+  // Racked, with the halves of the strut in balance, a brace adds nothing.
   const BraceCorners racked{{0.3, 0.1, 0, 0.3, -0.1, 0, -0.7, 0.2, 0, -0.7, -0.2, 0}};
   for (const BraceMatrix& kg : {internal_under(racked), external_under(racked)})
     for (const double value : kg.v) EXPECT_EQ(value, 0);

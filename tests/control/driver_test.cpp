@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/models.h"
+#include "support/run.h"
 
 TEST(Driver, KeepsTheStiffnessWhileDeckAndStudsStayTheSame) {
   Model m = one_girder(48);
@@ -12,4 +13,11 @@ TEST(Driver, KeepsTheStiffnessWhileDeckAndStudsStayTheSame) {
   const bool holds[] = {stiffness_holds(m, 1), stiffness_holds(m, 2), stiffness_holds(m, 3),
                         stiffness_holds(m, 4)};
   EXPECT_TRUE(!holds[0] && holds[1] && !holds[2] && !holds[3]);
+}
+
+TEST(Driver, TakesTheDefaultToleranceOfTheEigensolverInSinglePrecision) {
+  Model m = one_girder(48);
+  m.buckle = true;
+  m.nev = 1;
+  EXPECT_EQ(analyse(m).run.model.tol, 9.999999747378752e-05);
 }
