@@ -5,24 +5,20 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "buckling/shape.h"
+#include "cli/program.h"
 #include "control/input.h"
-#include "model/nodes.h"
 #include "model/pattern.h"
+#include "support/models.h"
 
-namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
-static const char* const FILES[] = {"def", "rot", "rxn", "sec", "str", "ibr", "ebr", "axf"};
-
-static Lines read_lines(const fs::path& path) {
-  std::ifstream in(path);
-  EXPECT_TRUE(in.is_open()) << path;
+static Lines split(const std::string& text) {
+  std::istringstream in(text);
   Lines lines;
   for (std::string line; std::getline(in, line);) lines.push_back(line);
   return lines;
@@ -54,49 +50,34 @@ static bool agree(const std::string& e, const std::string& a, double rtol) {
   return std::abs(ev - av) <= std::max(eunit * 1.000001, rtol * std::abs(ev));
 }
 
-// Lines of fixed fields hold a point; they agree in length too, so that no column moves.
-static void compare_file(const fs::path& expected, const fs::path& actual, double rtol) {
-  const Lines e = read_lines(expected), a = read_lines(actual);
-  ASSERT_EQ(e.size(), a.size()) << actual;
+// Lines with a point hold fixed fields; they agree in length too, so that no column moves.
+static void compare(const Lines& e, const Lines& a, double rtol, const std::string& what) {
+  ASSERT_EQ(e.size(), a.size()) << what;
   for (std::size_t i = 0; i < e.size(); ++i) {
     const Lines we = words(e[i]), wa = words(a[i]);
     bool same = we.size() == wa.size();
     if (e[i].find('.') != std::string::npos) same = same && e[i].size() == a[i].size();
     for (std::size_t j = 0; same && j < we.size(); ++j) same = agree(we[j], wa[j], rtol);
-    ASSERT_TRUE(same) << actual << ", line " << i + 1 << "\n" << e[i] << "\n" << a[i];
+    ASSERT_TRUE(same) << what << ", line " << i + 1 << "\n" << e[i] << "\n" << a[i];
   }
 }
 
-// Without blanks, times and dots; a blank line behind the dots is left out.
-static Lines console_form(const fs::path& path) {
+// Without blanks, times and dots, reals to six decimals; a blank line behind the dots is left out.
+static Lines console_form(const std::string& console) {
   Lines form;
   bool dots = false;
-  for (std::string line : read_lines(path)) {
+  double value, unit;
+  for (std::string line : split(console)) {
     const std::size_t time = line.find(" seconds"), in = line.rfind(" in ");
     if (time != std::string::npos && in != std::string::npos) line.erase(in);
     std::string text;
-    for (const std::string& word : words(line)) text += word + ' ';
+    for (const std::string& word : words(line))
+      text += (is_real(word, value, unit) ? std::to_string(value) : word) + ' ';
     if (dots && text.empty()) continue;
     dots = !text.empty() && text.find_first_not_of(". ") == std::string::npos;
     form.push_back(dots ? "<dots>" : text);
   }
   return form;
-}
-
-static void compare_console(const fs::path& expected, const fs::path& actual) {
-  const Lines e = console_form(expected), a = console_form(actual);
-  for (std::size_t i = 0; i < std::min(e.size(), a.size()); ++i) {
-    const Lines we = words(e[i]), wa = words(a[i]);
-    bool same = we.size() == wa.size();
-    for (std::size_t j = 0; same && j < we.size(); ++j) {
-      double ev, av, unit;
-      same = is_real(we[j], ev, unit) && is_real(wa[j], av, unit)
-                 ? std::abs(ev - av) <= 1e-6 * std::abs(ev)
-                 : we[j] == wa[j];
-    }
-    ASSERT_TRUE(same) << "console line " << i + 1 << "\n" << e[i] << "\n" << a[i];
-  }
-  EXPECT_EQ(e.size(), a.size());
 }
 
 // A buckled mode as csc0987.txt tells it: factor and plotted positions, section by section.
@@ -105,10 +86,10 @@ struct Mode {
   std::vector<double> position;
 };
 
-static std::vector<Mode> read_modes(const fs::path& path) {
+static std::vector<Mode> read_modes(const std::string& file) {
   std::vector<Mode> modes;
   double x, y, unit;
-  for (const std::string& line : read_lines(path)) {
+  for (const std::string& line : split(file)) {
     const Lines w = words(line);
     if (w.size() == 1 && is_real(w[0], x, unit)) modes.push_back({w[0], {}});
     if (w.size() != 2 || !is_real(w[0], x, unit) || !is_real(w[1], y, unit)) continue;
@@ -117,65 +98,50 @@ static std::vector<Mode> read_modes(const fs::path& path) {
   return modes;
 }
 
-// Positions of the undeformed section in the order and axes of csc0987.txt.
-static std::vector<double> undeformed_section(const Model& model) {
-  const SectionPattern& p = section_pattern(model.ngird);
-  Nodes nodes;
-  model.ngird == 2 ? generate_nodes_two(model, nodes) : generate_nodes_one(model, nodes);
-  std::vector<double> section;
-  for (int g = 0; g < p.girders; ++g)
-    for (int n = p.girder[g].first; n < p.girder[g].first + GirderPattern::NODES; ++n)
-      section.insert(section.end(),
-                     {nodes.xyz(1, n) - nodes.xyz(1, p.shape_reference), nodes.xyz(2, n)});
-  return section;
-}
-
 // Factors to 1e-5, shapes up to sign to 1e-3 of their largest displacement.
-static void compare_shapes(const fs::path& expected, const fs::path& actual, const Model& model) {
+static void compare_shapes(const std::string& expected, const std::string& actual, const Model& m) {
+  const Nodes nodes = generate(m).nodes;
+  std::string undeformed;
+  (m.ngird == 1 ? write_shape : write_shape_two)(
+      m, nodes, Vector<double>(1), Matrix<double>(NDOF * nodes.nnode, 1), 1, undeformed);
+  const std::vector<double> base = read_modes(undeformed)[0].position;
   const std::vector<Mode> e = read_modes(expected), a = read_modes(actual);
-  const std::vector<double> base = undeformed_section(model);
   ASSERT_EQ(e.size(), a.size());
-  for (std::size_t m = 0; m < e.size(); ++m) {
-    EXPECT_TRUE(agree(e[m].factor, a[m].factor, 1e-5)) << e[m].factor << " " << a[m].factor;
-    const std::size_t n = e[m].position.size();
-    ASSERT_EQ(n, a[m].position.size());
-    ASSERT_EQ(n % base.size(), 0u);
+  for (std::size_t i = 0; i < e.size(); ++i) {
+    EXPECT_TRUE(agree(e[i].factor, a[i].factor, 1e-5)) << e[i].factor << " " << a[i].factor;
+    ASSERT_EQ(e[i].position.size(), base.size());
+    ASSERT_EQ(a[i].position.size(), base.size());
     double largest = 0, same = 0, turned = 0;
-    for (std::size_t i = 0; i < n; ++i) {
-      const double de = e[m].position[i] - base[i % base.size()];
-      const double da = a[m].position[i] - base[i % base.size()];
+    for (std::size_t j = 0; j < base.size(); ++j) {
+      const double de = e[i].position[j] - base[j], da = a[i].position[j] - base[j];
       largest = std::max(largest, std::abs(de));
       same = std::max(same, std::abs(da - de));
       turned = std::max(turned, std::abs(da + de));
     }
     EXPECT_GT(largest, 0.01);  // the reference holds a shape, not the bare section
-    EXPECT_LE(std::min(same, turned), 1e-3 * largest + 2e-4) << "mode " << m + 1;
+    EXPECT_LE(std::min(same, turned), 1e-3 * largest + 2e-4) << "mode " << i + 1;
   }
 }
 
 class Golden : public testing::TestWithParam<const char*> {};
 
 TEST_P(Golden, RunGivesTheReferenceResults) {
-  const fs::path expected = fs::path(ZELVO_SOURCE_DIR) / "tests/golden" / GetParam();
-  const fs::path run = fs::temp_directory_path() /
-                       ("zelvo_golden_" + std::string(GetParam()) + "_" + std::to_string(getpid()));
-  fs::create_directories(run);
-  fs::copy_file(expected / "zvinp.txt", run / "zvinp.txt", fs::copy_options::overwrite_existing);
-  const std::string command =
-      "cd '" + run.string() + "' && '" ZELVO_PROGRAM "' > console.txt < /dev/null";
-  ASSERT_EQ(std::system(command.c_str()), 0);
-  std::ifstream text(run / "zvinp.txt");
+  const std::string folder = ZELVO_SOURCE_DIR "/tests/golden/" + std::string(GetParam()) + "/";
+  const std::string text = content_of(folder + "zvinp.txt");
+  ProgramRun run;
+  run.write_input(text);
+  run.start(StandardInput::END_OF_FILE);
+  ASSERT_EQ(run.status, 0) << run.err;
   Input input;
-  ASSERT_EQ(read_input({std::istreambuf_iterator<char>(text), {}}, input), ReadOutcome::COMPLETE);
-  const Model& model = input.model;
-
-  for (const char* name : FILES) {
-    const std::string file = std::string(name) + "0987.txt";
-    compare_file(expected / file, run / file, model.buckle ? 1e-5 : 1e-6);
+  ASSERT_EQ(read_input(text, input), ReadOutcome::COMPLETE);
+  const Model& m = input.model;
+  for (const char* kind : {"def", "rot", "rxn", "sec", "str", "ibr", "ebr", "axf"}) {
+    const std::string file = kind + std::string("0987.txt");
+    compare(split(content_of(folder + file)), split(content_of(run.path(file))),
+            m.buckle ? 1e-5 : 1e-6, file);
   }
-  compare_console(expected / "console.txt", run / "console.txt");
-  compare_shapes(expected / "csc0987.txt", run / "csc0987.txt", model);
-  fs::remove_all(run);
+  compare(console_form(content_of(folder + "console.txt")), console_form(run.out), 1e-6, "console");
+  compare_shapes(content_of(folder + "csc0987.txt"), content_of(run.path("csc0987.txt")), m);
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, Golden,

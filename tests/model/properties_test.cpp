@@ -8,9 +8,9 @@
 
 TEST(ShellMaterials, FollowTheSegmentsOfTheirPlate) {
   Model m = one_girder(240);
-  set_webs(m, {96, 144}, {0.5, 0.75});
-  set_bottom(m, {48, 192}, {1, 1});
-  set_top(m, {120, 120}, {1, 2});
+  set_webs(m, {{96, 0.5}, {144, 0.75}});
+  set_bottom(m, {{48, 1}, {192, 1}});
+  set_top(m, {{120, 1}, {120, 2}});
   set_stages(m, {72, 96, 72}, 2);
   const Properties p = generate(m).properties;
   const int bays[][5] = {
@@ -47,7 +47,7 @@ TEST(StudLinks, StandForTheStudsOfTwelveInchesInTheLaterSegmentAtASharedStation)
        {Row{6, 3, 2, 2}, Row{6, 6, 4, 4}, Row{6, 1, 2 * few, 2}, Row{6, 2, 2, 2 * few},
         Row{24, 0, few / 2, few / 2}, Row{0, 3, none, none}, Row{9, 4, 16.0 / 9, 16.0 / 9}}) {
     Model m = two_girders(48);  // a negative count keeps the studs of the row before
-    set_studs(m, {24, 24}, {c.spacing, c.spacing}, {c.count, -1});
+    set_studs(m, {{24, c.spacing, double(c.count)}, {24, c.spacing, -1}});
     set_stages(m, {24, 24}, 1);
     m.pour_k(1, 2) = 20;
     const Properties p = generate(m).properties;

@@ -10,7 +10,7 @@
 // nothing and the top flanges have no arm.
 TEST(SectionForces, OfTheBottomFlangeTurnAboutTheDeck) {
   Model m = one_girder(48);
-  set_webs(m, {48}, {1e-6});
+  set_webs(m, {{48, 1e-6}});
   const Structure s = generate(m);
   Vector<double> U(NDOF * s.nodes.nnode);
   for (int n = 1; n <= s.nodes.nnode; ++n)

@@ -60,9 +60,9 @@ Model two_pours(const Model& base, int code) {
 // A row takes the 12 inches of plate that it opens, the inner nodes of a strip twice its ends.
 TEST(SelfWeight, OfARowIsThatOfThePlateItOpens) {
   Model m = with_pattern(one_girder(72), 0);
-  set_webs(m, {24, 48}, {1e-9, 1e-9});
-  set_top(m, {24, 48}, {1, 3});
-  set_bottom(m, {48, 24}, {2, 5});
+  set_webs(m, {{24, 1e-9}, {48, 1e-9}});
+  set_top(m, {{24, 1}, {48, 3}});
+  set_bottom(m, {{48, 2}, {24, 5}});
   const Loaded f(m, true);
   const double top = STEEL_DENSITY * 6 * 12, bottom = STEEL_DENSITY * 18 * 12;
   Rows edge{0.25, 0.5, 1.5, 1.5, 1.5, 1.5, 0.75}, inner{1, 2, 2, 2, 5, 5, 2.5};

@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <memory>
 
 #include "support/beam.h"
+#include "support/models.h"
 #include "support/run.h"
 #include "verification/tables.h"
 
-static constexpr int SPAN = 1440, PANEL = 120, PANELS = SPAN / PANEL;
+static constexpr int SPAN = 1440, PANEL = 120;
 static constexpr double RADIUS = 7200, ANGLE = SPAN / RADIUS, AREA = 5, LOAD = 300;  // kip/ft
 static constexpr double DEPTH = 60, TOP = 84, BOTTOM = 72, FLANGE = 12;
 static constexpr double A0 = 0.5 * (TOP + BOTTOM) * DEPTH;  // within the closed section
@@ -24,67 +24,47 @@ static double beam_torque(double f) {
          (std::sin(ANGLE / 2 - f) / std::cos(ANGLE / 2) - (ANGLE / 2 - f)) / 12;
 }
 
-class CurvedSpan : public testing::Test {
- protected:
-  static void SetUpTestSuite() {
-    Model m = one_girder(SPAN, RADIUS);
-    add_ibraces_every(m, PANEL, AREA);
-    add_crossed_laterals(m, PANEL, AREA);
-    set_stages(m, {SPAN}, 1, 0.1, 0.0001, LOAD);
-    bridge = std::make_unique<Bridge>(analyse(m));
-  }
-  static void TearDownTestSuite() { bridge.reset(); }
-  static std::unique_ptr<Bridge> bridge;
-};
-std::unique_ptr<Bridge> CurvedSpan::bridge;
-
-TEST_F(CurvedSpan, MomentAndTorqueFollowCurvedBeamStatics) {
-  for (const auto& row : data_rows(bridge->run.files.sec.text)) {
+TEST(CurvedSpan, BendsTwistsAndLoadsItsBracingAsCurvedBeamsDo) {
+  Model m = one_girder(SPAN, RADIUS);
+  brace_every(m, PANEL, Laterals::CROSSED);
+  set_stages(m, {SPAN}, 1, 0.1, 0.0001, LOAD);
+  const Bridge bridge = analyse(m);
+  for (const auto& row : data_rows(bridge.run.files.sec.text)) {
     const double f = row[POSITION] / RADIUS;
     EXPECT_NEAR(row[MOMENT], beam_moment(f), 1e-4 * beam_moment(ANGLE / 2)) << row[POSITION];
     EXPECT_NEAR(std::abs(row[TORQUE]), std::abs(beam_torque(f)), 1e-3 * beam_torque(0))
         << row[POSITION];
   }
-}
 
-// Kollbrunner and Basler 1969: crossed laterals act as a plate of thickness
-// (E/G) s a / (d^3/2A_d + s^3/6A_f); J = 4 A0^2 / sum(b/t).
-TEST_F(CurvedSpan, TwistOfTheQuasiClosedSectionFollowsBredt) {
-  const double E = 29600, G = E / 2.6, d = std::hypot(TOP, PANEL), s = PANEL;
-  const double t_star = E / G * s * TOP / (d * d * d / (2 * AREA) + s * s * s / (6 * FLANGE * 1.5));
+  // Twist of the quasi-closed section. Kollbrunner and Basler 1969: crossed laterals act as a plate
+  // of thickness (E/G) s a / (d^3/2A_d + s^3/6A_f); J = 4 A0^2 / sum(b/t).
+  const double G = STEEL_E / 2.6, d = std::hypot(TOP, PANEL), s = PANEL;
+  const double t_star =
+      STEEL_E / G * s * TOP / (d * d * d / (2 * AREA) + s * s * s / (6 * FLANGE * 1.5));
   const double web = std::hypot(DEPTH, 0.5 * (TOP - BOTTOM));
   const double J = 4 * A0 * A0 / (TOP / t_star + BOTTOM / 1.0 + 2 * web / 0.5);
-  const double EI = tub_section(bridge->run.model).EI();
   const double D = (ANGLE / 4 * std::tan(ANGLE / 2) - 1) / std::cos(ANGLE / 2);
-  const double w = LOAD / 12;
-  const double twist = w * std::pow(RADIUS, 3) * (1 / (G * J) + 1 / EI) * (1 + D);
-  const double rotation = bridge->rotation(1, SPAN / 2);
-  EXPECT_NEAR(std::abs(rotation), twist, 0.03 * twist);
-}
+  const double twist =
+      LOAD / 12 * std::pow(RADIUS, 3) * (1 / (G * J) + 1 / tub_section(m).EI()) * (1 + D);
+  EXPECT_NEAR(std::abs(bridge.rotation(1, SPAN / 2)), twist, 0.03 * twist);
 
-// Bredt's flow q = T / 2 A0 in the plane of the laterals: q d / 2 in either diagonal, of opposite
-// signs; what both share comes from bending.
-TEST_F(CurvedSpan, CrossedLateralsCarryTheTorque) {
-  const double d = std::hypot(TOP, PANEL);
-  const Table forces = data_rows(bridge->run.files.axf.text);
-  for (int p = 1; p <= PANELS / 2; ++p) {
-    const double half = 0.5 * (forces[2 * p - 2][1] - forces[2 * p - 1][1]);
-    const double T = beam_torque((p - 0.5) * PANEL / RADIUS) * 12;
-    const double expected = T * d / (4 * A0);
-    if (p == PANELS / 2) continue;  // next to no torque
+  // Bredt's flow q = T / 2 A0 in the plane of the laterals: q d / 2 in either diagonal, of opposite
+  // signs; what both share comes from bending. The panel before midspan has next to no torque.
+  const Table laterals = data_rows(bridge.run.files.axf.text);
+  for (int p = 1; p < SPAN / PANEL / 2; ++p) {
+    const double half = 0.5 * (laterals[2 * p - 2][1] - laterals[2 * p - 1][1]);
+    const double expected = beam_torque((p - 0.5) * PANEL / RADIUS) * 12 * d / (4 * A0);
     EXPECT_NEAR(std::abs(half), expected, (p == 1 ? 0.02 : 0.015) * expected) << p;
   }
-}
 
-// Fan and Helwig 2002: curvature turns bending into the couple M/R per length, which distorts the
-// section; a frame every s holds it with diagonals of (M/R) s L_D / 2 A0.
-TEST_F(CurvedSpan, CrossFramesHoldTheDistortionOfCurvature) {
+  // Fan and Helwig 2002: curvature turns bending into the couple M/R per length, which distorts the
+  // section; a frame every s holds it with diagonals of (M/R) s L_D / 2 A0.
   const double diagonal = std::hypot(DEPTH, BOTTOM / 2);
-  const Table forces = data_rows(bridge->run.files.ibr.text);
+  const Table frames = data_rows(bridge.run.files.ibr.text);
   for (int i = 3; i <= 6; ++i) {
     const double M = beam_moment(i * PANEL / RADIUS) * 12;
     const double expected = M / RADIUS * PANEL * diagonal / (2 * A0);
-    const double half = 0.5 * (forces[i - 1][3] - forces[i - 1][4]);
+    const double half = 0.5 * (frames[i - 1][3] - frames[i - 1][4]);
     EXPECT_NEAR(std::abs(half), expected, 0.03 * expected) << i;
   }
 }

@@ -55,7 +55,7 @@ class Example : public testing::TestWithParam<const char*> {};
 
 TEST_P(Example, ReactionsSumToTheLoad) {
   Model m = example(GetParam());
-  m.nanal = std::min(m.nanal, 2);
+  m.nanal = m.ngird == 1 ? 2 : 1;  // the second has no self-weight
   const Bridge b = analyse(m);
   for (int k = 1; k <= m.nanal; ++k) {
     double sum = 0;
