@@ -2,7 +2,7 @@
 #include "buckling/product_kernels.h"
 
 namespace {
-#include "buckling/product_kernels.inc"
+#include "buckling/product_kernels_body.h"
 }
 
 namespace product_avx2 {

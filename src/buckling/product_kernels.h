@@ -1,4 +1,4 @@
-// The kernel of the bundled product, once for each instruction set (see product_kernels.inc).
+// The kernel of the bundled product, once for each instruction set (see product_kernels_body.h).
 #pragma once
 
 namespace product_plain {

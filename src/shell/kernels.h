@@ -2,7 +2,7 @@
 //
 // The 18 points (9 of the surface for the first thickness point, then 9 for the second) lie side by
 // side in lanes; two more lanes repeat the last point with weight 0 and fill the vectors. The same
-// code, kernels.inc, is compiled twice: for the baseline of the platform and for AVX2 with FMA.
+// code, kernels_body.h, is compiled twice: for the baseline of the platform and for AVX2 with FMA.
 // Plain arrays counted from 0 here, so that nothing is shared between the two but these structs.
 #pragma once
 

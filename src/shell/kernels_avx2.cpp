@@ -1,5 +1,5 @@
 #include "shell/kernels.h"
 
 namespace shell_avx2 {
-#include "shell/kernels.inc"
+#include "shell/kernels_body.h"
 }

@@ -6,10 +6,10 @@
 constexpr int MAX_LANES = 4;  // doubles in the widest vector register of the kernels
 
 namespace kernels_plain {
-#include "sparse/dense_kernels_decl.inc"
+#include "sparse/dense_kernels_decl.h"
 }
 namespace kernels_avx2 {
-#include "sparse/dense_kernels_decl.inc"
+#include "sparse/dense_kernels_decl.h"
 }
 
 // Whether this processor runs kernels_avx2.

@@ -8,5 +8,5 @@
 
 namespace kernels_avx2 {
 constexpr int LANES = 4, MAX_NV = 3;
-#include "sparse/dense_kernels.inc"
+#include "sparse/dense_kernels_body.h"
 }  // namespace kernels_avx2

@@ -8,7 +8,7 @@
 
 namespace kernels_plain {
 constexpr int LANES = 2, MAX_NV = 4;
-#include "sparse/dense_kernels.inc"
+#include "sparse/dense_kernels_body.h"
 }  // namespace kernels_plain
 
 bool have_avx2() {
