@@ -17,8 +17,6 @@ struct FaultyInput {
 
 inline const FaultyInput FAULTY_INPUTS[] = {
     {1, "ngird", nullptr, "ngird: the keyword is missing, must be given"},
-    {1, "webthick", nullptr, "webthick: the keyword is missing"},
-    {1, "support", nullptr, "support: the keyword is missing"},
     {1, "pour_seq", nullptr, "pour_seq: the keyword is missing"},
     {1, "ngird", "3", "2: ngird: no model has so many girders (3), must be 1 or 2"},
     {1, "ngird", "one",

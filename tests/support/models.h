@@ -122,6 +122,13 @@ inline Model two_girders(int lgbr, double rcurv = 0) {
   return m;
 }
 
+// one_girder with a frame every 120 in.
+inline Model braced_span(int lgbr, Laterals laterals = Laterals::NONE) {
+  Model m = one_girder(lgbr);
+  brace_every(m, 120, laterals);
+  return m;
+}
+
 // The structure of a model, generated.
 struct Structure {
   Nodes nodes;

@@ -10,13 +10,12 @@
 #include "solution/supports.h"
 
 struct Stage {
-  Vector<double> F, U, eigval;
+  Vector<double> U, eigval;
 };
 
 struct Bridge {
   Run run;                   // as the last stage left it; run.files holds the text of all stages
   std::vector<Stage> stage;  // stage[k - 1] is analysis k
-  std::string console;
 
   const SectionPattern& pattern() const { return section_pattern(run.model.ngird); }
   // Displacement of freedom d of pattern node m at an even or odd multiple x of 12 inches.
@@ -53,8 +52,8 @@ inline Bridge analyse(const Model& model) {
   generate_model(b.run);
   for (int k = 1; k <= model.nanal; ++k) {
     run_analysis(b.run, k);
-    b.stage.push_back({b.run.F, b.run.U, b.run.eigval});
+    b.stage.push_back({b.run.U, b.run.eigval});
   }
-  b.console = testing::internal::GetCapturedStdout();
+  testing::internal::GetCapturedStdout();
   return b;
 }

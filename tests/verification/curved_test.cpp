@@ -4,9 +4,9 @@
 
 #include <cmath>
 
-#include "support/beam.h"
 #include "support/models.h"
 #include "support/run.h"
+#include "verification/beam.h"
 #include "verification/tables.h"
 
 static constexpr int SPAN = 1440, PANEL = 120;
