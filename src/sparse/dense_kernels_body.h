@@ -36,9 +36,13 @@ static_assert(W <= 4 && W <= MAX_LANES);
 using Index = std::ptrdiff_t;
 
 // Packing pays when a packed value is read often enough: B by the rows of tiles, A by the columns.
-constexpr int PACK_ROWS = 4 * P, PACK_COLUMNS = 4 * W, PACK_TERMS = 8;
+constexpr int PACK_ROWS = 4 * P, PACK_COLUMNS = 8 * W, PACK_TERMS = 16;
 // Columns of an update at a time, and so rows of B.
-constexpr int BLOCK_COLUMNS = 320;
+constexpr int BLOCK_COLUMNS = 240;
+// Rows of tiles that pass B at a time.
+constexpr int TOGETHER = 2;
+constexpr int CACHE_LINE = 8;  // doubles
+constexpr int AHEAD = 6;       // columns that are fetched ahead
 
 // The first n of W lanes, n below W.
 KERNEL_INLINE void store_first(double* p, Vec v, int n) {
@@ -95,9 +99,11 @@ static void tile(const Target& t, int i, int j, int n, const double* a, Index ld
     const int row = i + v * W, rows = n - v * W < W ? n - v * W : W;
     const int at = t.at(row);
     if (rows == W && t.at(row + W - 1) == at + W - 1 && j + NC - 1 <= row) {
+      KERNEL_UNROLL
       for (int q = 0; q < NC; ++q) store(c[q] + at, load(c[q] + at) - acc[v][q]);
     } else {  // scattered, at the diagonal, or the last rows
       double x[W];
+      KERNEL_UNROLL
       for (int q = 0; q < NC; ++q) {
         store(x, acc[v][q]);
         for (int r = j + q > row ? j + q - row : 0; r < rows; ++r) c[q][t.at(row + r)] -= x[r];
@@ -106,39 +112,23 @@ static void tile(const Target& t, int i, int j, int n, const double* a, Index ld
   }
 }
 
-// The columns behind the last whole tile: NC of them or fewer.
+// The tile of nv registers by nc columns, nv <= NV and nc <= NC.
 template <int NV, int NC>
-static void last_tile(const Target& t, int i, int j, int n, int columns, const double* a, Index lda,
-                      const double* b, Index ldb, int k) {
-  if constexpr (NC > 0) {
-    if (columns == NC)
-      tile<NV, NC>(t, i, j, n, a, lda, b, ldb, k);
-    else
-      last_tile<NV, NC - 1>(t, i, j, n, columns, a, lda, b, ldb, k);
+static void any_tile(int nv, int nc, const Target& t, int i, int j, int n, const double* a,
+                     Index lda, const double* b, Index ldb, int k) {
+  if (nv == NV && nc == NC) return tile<NV, NC>(t, i, j, n, a, lda, b, ldb, k);
+  if constexpr (NC > 1) {
+    if (nc < NC) return any_tile<NV, NC - 1>(nv, nc, t, i, j, n, a, lda, b, ldb, k);
   }
+  if constexpr (NV > 1) any_tile<NV - 1, NC>(nv, nc, t, i, j, n, a, lda, b, ldb, k);
 }
 
-// Rows i to i+n-1 (NV registers), columns j to m-1. Column tile q of B begins at b + q * tile_step.
-template <int NV>
-static void row_of_tiles(const Target& t, int i, int n, int j, int m, const double* a, Index lda,
-                         const double* b, Index ldb, Index tile_step, int k) {
-  for (; j + W <= m; j += W) {
-    tile<NV, W>(t, i, j, n, a, lda, b, ldb, k);
-    b += tile_step;
-  }
-  last_tile<NV, W - 1>(t, i, j, n, m - j, a, lda, b, ldb, k);
-}
-
-template <int NV>
-static void row_of_height(int nv, const Target& t, int i, int n, int j, int m, const double* a,
-                          Index lda, const double* b, Index ldb, Index tile_step, int k) {
-  if constexpr (NV > 0) {
-    if (nv == NV)
-      row_of_tiles<NV>(t, i, n, j, m, a, lda, b, ldb, tile_step, k);
-    else
-      row_of_height<NV - 1>(nv, t, i, n, j, m, a, lda, b, ldb, tile_step, k);
-  }
-}
+// A few rows of tiles that pass B together, so that its tiles and the lines of C are fetched once.
+struct TileRows {
+  int i, n;  // rows i to i+n-1
+  const double* a;
+  Index lda;
+};
 
 // P rows of A in the order in which the tiles read them, column after column. The rows behind them
 // are fetched meanwhile: their columns are too many and too far apart for the processor to see.
@@ -156,13 +146,15 @@ static void pack_tiles(double* packed, const double* b, Index ldb, const double*
   for (int p = 0; p < k; ++p, b += ldb) {
     const double dp = d == nullptr ? 1.0 : d[p];
     double* to = packed + p * W;
+    if (p + AHEAD < k)
+      for (int j = 0; j < m; j += CACHE_LINE) KERNEL_FETCH(b + AHEAD * ldb + j);
     for (int j = 0; j < whole; j += W, to += Index{k} * W) store(to, load(b + j) * splat(dp));
     for (int j = whole; j < m; ++j) to[j - whole] = b[j] * dp;
   }
 }
 
 std::ptrdiff_t update_work(int m, int k) {
-  return Index{k} * ((m < BLOCK_COLUMNS ? (m + W - 1) / W * W : BLOCK_COLUMNS) + P);
+  return Index{k} * ((m < BLOCK_COLUMNS ? (m + W - 1) / W * W : BLOCK_COLUMNS) + TOGETHER * P);
 }
 
 // Columns j0 to m-1 of an update: B, the rows j0 to m-1 of A, stays in the second-level cache while
@@ -175,25 +167,36 @@ static void update_block(const Target& t, const double* a, Index lda, const doub
   const double* b = a + j0;
   Index ldb = lda, tile_step = W;
   if (pack_b) {
-    double* b_packed = packed + Index{k} * P;
+    double* b_packed = packed + Index{k} * (TOGETHER * P);
     pack_tiles(b_packed, b, lda, d, m - j0, k);
     b = b_packed;
     ldb = W;
     tile_step = Index{k} * W;
   }
-  for (int i = j0, n; i < r; i += n) {
-    const int left = r - i;
-    // A row of tiles one register high waits for its own sums: two equal rows are faster.
-    n = left < P ? left : left > P && left <= P + W ? P - W : P;
-    const int columns = m < i + n ? m : i + n;  // up to the last row's diagonal
-    const double* ai = a + i;
-    Index step = lda;
-    if (pack_a && left >= P) {
-      pack_rows(a_packed, ai, lda, k);
-      ai = a_packed;
-      step = P;
+  for (int i = j0; i < r;) {
+    TileRows rows[TOGETHER];
+    int count = 0;
+    for (; count < TOGETHER && i < r; ++count) {
+      const int left = r - i;
+      // A tile one register high waits for its own sums: two equal rows of tiles are faster.
+      const int n = left < P ? left : left > P && left <= P + W ? P - W : P;
+      rows[count] = {i, n, a + i, lda};
+      if (pack_a && left >= P) {
+        rows[count].a = a_packed + count * (Index{k} * P);
+        rows[count].lda = P;
+        pack_rows(a_packed + count * (Index{k} * P), a + i, lda, k);
+      }
+      i += n;
     }
-    row_of_height<MAX_NV>((n + W - 1) / W, t, i, n, j0, columns, ai, step, b, ldb, tile_step, k);
+    const double* bj = b;
+    for (int j = j0; j < m && j < i; j += W, bj += tile_step) {
+      const int nc = m - j < W ? m - j : W;
+      for (int q = 0; q < count; ++q) {
+        const TileRows& x = rows[q];
+        if (j >= x.i + x.n) continue;  // above the diagonal
+        any_tile<MAX_NV, W>((x.n + W - 1) / W, nc, t, x.i, j, x.n, x.a, x.lda, bj, ldb, k);
+      }
+    }
   }
 }
 

@@ -128,8 +128,10 @@ void solve(const FactorStructure& s, bool ldl, NumericWork& work, const double* 
       const Supernode j = supernode(s, J, work.lnz);
       for (int q = 0; q < j.c; ++q) w[j.f + q - 1] /= j.p[q * (j.ld() + 1)];
     }
-  for (int i = 1; i <= s.nsuper; ++i) {
-    const Supernode j = supernode(s, s.topdown(i), work.lnz);
+  // Descending, so that each follows its parent, gives the sums of topdown and walks the factor in
+  // one direction, which the memory likes better.
+  for (int J = s.nsuper; J >= 1; --J) {
+    const Supernode j = supernode(s, J, work.lnz);
     for (int q = 0; q < j.r; ++q) z[q] = w[j.row[q] - 1];
     backward(j.p, j.r, j.r, j.c, ldl, z);
     std::copy_n(z, j.c, w + j.f - 1);
