@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "base/blas.h"
+#include "blas.h"
 #include "buckling/product.h"
 #include "peers.h"
 #include "shell/assembly.h"

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "base/blas.h"
+#include "blas.h"
 #include "sparse/dense_kernels.h"
 
 namespace {

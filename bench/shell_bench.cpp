@@ -4,7 +4,7 @@
 // leave the caches, as it does in a run.
 #include <benchmark/benchmark.h>
 
-#include "base/blas.h"
+#include "blas.h"
 #include "shell/assembly.h"
 #include "shell/geometric.h"
 #include "shell/sections.h"

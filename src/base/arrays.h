@@ -1,5 +1,5 @@
 // Arrays that count from 1, first index fastest, contiguous. operator() asserts its bounds in debug
-// and sanitizer builds and costs nothing in release. data() hands the storage to BLAS and METIS.
+// and sanitizer builds and costs nothing in release. data() hands the storage to METIS and ARPACK.
 #pragma once
 #include <cassert>
 #include <cstddef>
