@@ -39,11 +39,11 @@ void Update(benchmark::State& state) {
             k = static_cast<int>(state.range(2));
   const auto kernel = have_avx2() ? kernels_avx2::update : kernels_plain::update;
   const auto a = block(r, k);
-  auto c = block(r, m), packed = block(k, m + 100);
+  auto c = block(r, m), packed = block(240, m + 100);
   std::vector<double*> column;
   for (int j = 0; j < m; ++j) column.push_back(c.data() + std::ptrdiff_t{r} * j);
-  for (auto _ : state)
-    kernel(column.data(), nullptr, 0, a.data(), r, nullptr, r, m, k, packed.data());
+  const UpdatePiece piece{a.data(), r, k, nullptr, 0};
+  for (auto _ : state) kernel(column.data(), nullptr, 0, &piece, 1, r, m, packed.data());
   gflops(state, update_flops(r, m, k));
 }
 BENCHMARK(Update)->Apply(update_sizes);

@@ -5,6 +5,16 @@
 
 constexpr int MAX_LANES = 4;  // doubles in the widest vector register of the kernels
 
+// k columns of the left operand of an update, in steps of lda. D has a value every `step`, or d is
+// null for ones.
+struct UpdatePiece {
+  const double* a;
+  std::ptrdiff_t lda;
+  int k;
+  const double* d;
+  std::ptrdiff_t step;
+};
+
 namespace kernels_plain {
 #include "sparse/dense_kernels_decl.h"
 }

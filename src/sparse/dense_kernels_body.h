@@ -17,6 +17,16 @@ KERNEL_INLINE Vec load(const double* p) {
 }
 KERNEL_INLINE void store(double* p, Vec v) { __builtin_memcpy(p, &v, sizeof v); }
 KERNEL_INLINE double root(double x) { return __builtin_sqrt(x); }
+typedef long long LaneMask __attribute__((vector_size(LANES * sizeof(double))));
+KERNEL_INLINE LaneMask first_mask(int s) {  // all bits of the first s lanes
+  static const long long bits[2 * MAX_LANES] = {-1, -1, -1, -1, 0, 0, 0, 0};
+  LaneMask m;
+  __builtin_memcpy(&m, bits + MAX_LANES - s, sizeof m);
+  return m;
+}
+// v with zeros in all lanes but the first s; in the first s lanes.
+KERNEL_INLINE Vec first_lanes(Vec v, int s) { return (Vec)((LaneMask)v & first_mask(s)); }
+KERNEL_INLINE Vec other_lanes(Vec v, int s) { return (Vec)((LaneMask)v & ~first_mask(s)); }
 #else
 #define KERNEL_INLINE static inline
 #define KERNEL_PREFETCH(p) (void)(p)
@@ -27,6 +37,8 @@ KERNEL_INLINE Vec splat(double x) { return x; }
 KERNEL_INLINE Vec load(const double* p) { return *p; }
 KERNEL_INLINE void store(double* p, Vec v) { *p = v; }
 KERNEL_INLINE double root(double x) { return sqrt(x); }
+KERNEL_INLINE Vec first_lanes(Vec v, int) { return v; }
+KERNEL_INLINE Vec other_lanes(Vec v, int) { return v; }
 #endif
 
 constexpr int W = sizeof(Vec) / sizeof(double);
@@ -37,8 +49,8 @@ using Index = std::ptrdiff_t;
 
 // Packing pays when a packed value is read often enough: B by the rows of tiles, A by the columns.
 constexpr int PACK_ROWS = 4 * P, PACK_COLUMNS = 8 * W, PACK_TERMS = 16;
-// Columns of an update at a time, and so rows of B.
-constexpr int BLOCK_COLUMNS = 240;
+// Columns of an update at a time, and so rows of B; and terms at a time, from several pieces.
+constexpr int BLOCK_COLUMNS = 240, DEPTH = 240;
 // Rows of tiles that pass B at a time.
 constexpr int TOGETHER = 2;
 constexpr int CACHE_LINE = 8;  // doubles
@@ -82,6 +94,13 @@ struct Target {
   int at(int i) const { return place == nullptr ? i + shift : place[i]; }
 };
 
+// The lanes before the gap if the W places from row on have just one, otherwise 0.
+KERNEL_INLINE int lanes_before_gap(const Target& t, int row) {
+  int s = 1;
+  while (s < W - 1 && t.at(row + s) == t.at(row) + s) ++s;
+  return W > 1 && t.at(row + W - 1) - t.at(row + s) == W - 1 - s ? s : 0;
+}
+
 // Rows i to i+n-1 (the last register perhaps in part), columns j to j+NC-1 of an update.
 template <int NV, int NC>
 static void tile(const Target& t, int i, int j, int n, const double* a, Index lda, const double* b,
@@ -98,10 +117,18 @@ static void tile(const Target& t, int i, int j, int n, const double* a, Index ld
   for (int v = 0; v < NV; ++v) {
     const int row = i + v * W, rows = n - v * W < W ? n - v * W : W;
     const int at = t.at(row);
-    if (rows == W && t.at(row + W - 1) == at + W - 1 && j + NC - 1 <= row) {
+    const bool whole = rows == W && j + NC - 1 <= row;
+    if (whole && t.at(row + W - 1) == at + W - 1) {
       KERNEL_UNROLL
       for (int q = 0; q < NC; ++q) store(c[q] + at, load(c[q] + at) - acc[v][q]);
-    } else {  // scattered, at the diagonal, or the last rows
+    } else if (const int s = whole ? lanes_before_gap(t, row) : 0; s != 0) {
+      KERNEL_UNROLL
+      for (int q = 0; q < NC; ++q) store(c[q] + at, load(c[q] + at) - first_lanes(acc[v][q], s));
+      const int behind = t.at(row + W - 1) - (W - 1);
+      KERNEL_UNROLL
+      for (int q = 0; q < NC; ++q)
+        store(c[q] + behind, load(c[q] + behind) - other_lanes(acc[v][q], s));
+    } else {  // at the diagonal, the last rows, or much scattered
       double x[W];
       KERNEL_UNROLL
       for (int q = 0; q < NC; ++q) {
@@ -130,48 +157,62 @@ struct TileRows {
   Index lda;
 };
 
-// P rows of A in the order in which the tiles read them, column after column. The rows behind them
-// are fetched meanwhile: their columns are too many and too far apart for the processor to see.
-KERNEL_INLINE void pack_rows(double* packed, const double* a, Index lda, int k) {
+// NV registers of rows of A in the order in which the tiles read them, column after column in steps
+// of P; returns where the next column goes. The rows behind them are fetched meanwhile: their columns
+// are too many and too far apart for the processor to see.
+template <int NV>
+KERNEL_INLINE double* pack_rows(double* packed, const double* a, Index lda, int k) {
   for (int p = 0; p < k; ++p, a += lda, packed += P) {
     KERNEL_FETCH(a + 2 * P);
     KERNEL_FETCH(a + 3 * P - 1);
-    for (int v = 0; v < MAX_NV; ++v) store(packed + v * W, load(a + v * W));
+    for (int v = 0; v < NV; ++v) store(packed + v * W, load(a + v * W));
   }
+  return packed;
 }
 
-// B, scaled by d, as tiles of W rows; tile t begins at packed + t * k * W.
-static void pack_tiles(double* packed, const double* b, Index ldb, const double* d, int m, int k) {
+template <int NV>
+static double* pack_rows(int nv, double* packed, const double* a, Index lda, int k) {
+  if (nv == NV) return pack_rows<NV>(packed, a, lda, k);
+  if constexpr (NV > 1) return pack_rows<NV - 1>(nv, packed, a, lda, k);
+  return packed;
+}
+
+// A piece of B, its m rows behind `from` times D, as tiles of W rows that begin `step` apart.
+static void pack_tiles(double* packed, Index step, const UpdatePiece& x, int from, int m) {
   const int whole = m / W * W;
-  for (int p = 0; p < k; ++p, b += ldb) {
-    const double dp = d == nullptr ? 1.0 : d[p];
+  const double* b = x.a + from;
+  const double* d = x.d;
+  for (int p = 0; p < x.k; ++p, b += x.lda) {
+    const double dp = d == nullptr ? 1.0 : d[p * x.step];
     double* to = packed + p * W;
-    if (p + AHEAD < k)
-      for (int j = 0; j < m; j += CACHE_LINE) KERNEL_FETCH(b + AHEAD * ldb + j);
-    for (int j = 0; j < whole; j += W, to += Index{k} * W) store(to, load(b + j) * splat(dp));
+    if (p + AHEAD < x.k)
+      for (int j = 0; j < m; j += CACHE_LINE) KERNEL_FETCH(b + AHEAD * x.lda + j);
+    for (int j = 0; j < whole; j += W, to += step) store(to, load(b + j) * splat(dp));
     for (int j = whole; j < m; ++j) to[j - whole] = b[j] * dp;
   }
 }
 
 std::ptrdiff_t update_work(int m, int k) {
-  return Index{k} * ((m < BLOCK_COLUMNS ? (m + W - 1) / W * W : BLOCK_COLUMNS) + TOGETHER * P);
+  const Index columns = m < BLOCK_COLUMNS ? (m + W - 1) / W * W : BLOCK_COLUMNS;
+  return (k < DEPTH ? DEPTH : k) * (columns + TOGETHER * P);
 }
 
-// Columns j0 to m-1 of an update: B, the rows j0 to m-1 of A, stays in the second-level cache while
-// the rows below it pass.
-static void update_block(const Target& t, const double* a, Index lda, const double* d, int r,
-                         int j0, int m, int k, double* packed) {
-  const bool pack_b = d != nullptr || (r - j0 > PACK_ROWS && k > PACK_TERMS);
-  const bool pack_a = m - j0 > PACK_COLUMNS && k > PACK_TERMS;
+// Columns j0 to m-1 of an update, its k terms in one or more pieces: B, the rows j0 to m-1 of A, stays
+// in the second-level cache while the rows below it pass.
+static void update_block(const Target& t, const UpdatePiece* piece, int pieces, int r, int j0,
+                         int m, int k, double* packed) {
+  const bool pack_b = pieces > 1 || piece->d != nullptr || (r - j0 > PACK_ROWS && k > PACK_TERMS);
+  const bool pack_a = pieces > 1 || (m - j0 > PACK_COLUMNS && k > PACK_TERMS);
   double* a_packed = packed;
-  const double* b = a + j0;
-  Index ldb = lda, tile_step = W;
+  const double* b = piece->a + j0;
+  Index ldb = piece->lda, tile_step = W;
   if (pack_b) {
     double* b_packed = packed + Index{k} * (TOGETHER * P);
-    pack_tiles(b_packed, b, lda, d, m - j0, k);
     b = b_packed;
     ldb = W;
     tile_step = Index{k} * W;
+    for (int q = 0; q < pieces; b_packed += piece[q++].k * W)
+      pack_tiles(b_packed, tile_step, piece[q], j0, m - j0);
   }
   for (int i = j0; i < r;) {
     TileRows rows[TOGETHER];
@@ -180,11 +221,13 @@ static void update_block(const Target& t, const double* a, Index lda, const doub
       const int left = r - i;
       // A tile one register high waits for its own sums: two equal rows of tiles are faster.
       const int n = left < P ? left : left > P && left <= P + W ? P - W : P;
-      rows[count] = {i, n, a + i, lda};
-      if (pack_a && left >= P) {
-        rows[count].a = a_packed + count * (Index{k} * P);
+      rows[count] = {i, n, piece->a + i, piece->lda};
+      if (pack_a && (left >= P || pieces > 1)) {
+        double* to = a_packed + count * (Index{k} * P);
+        rows[count].a = to;
         rows[count].lda = P;
-        pack_rows(a_packed + count * (Index{k} * P), a + i, lda, k);
+        for (int q = 0; q < pieces; ++q)
+          to = pack_rows<MAX_NV>((n + W - 1) / W, to, piece[q].a + i, piece[q].lda, piece[q].k);
       }
       i += n;
     }
@@ -200,11 +243,19 @@ static void update_block(const Target& t, const double* a, Index lda, const doub
   }
 }
 
-void update(double* const* col, const int* place, int shift, const double* a, Index lda,
-            const double* d, int r, int m, int k, double* packed) {
+void update(double* const* col, const int* place, int shift, const UpdatePiece* piece, int pieces,
+            int r, int m, double* packed) {
   const Target t{col, place, shift};
-  for (int j = 0; j < m; j += BLOCK_COLUMNS)
-    update_block(t, a, lda, d, r, j, m < j + BLOCK_COLUMNS ? m : j + BLOCK_COLUMNS, k, packed);
+  for (int j = 0; j < m; j += BLOCK_COLUMNS) {
+    const int end = m < j + BLOCK_COLUMNS ? m : j + BLOCK_COLUMNS;
+    // Several pieces in one pass, which reads and writes C once, where the operands are packed.
+    const bool deep = r - j > PACK_ROWS && end - j > PACK_COLUMNS;
+    for (int q = 0, n; q < pieces; q += n) {
+      int k = piece[q].k;
+      for (n = 1; deep && q + n < pieces && k + piece[q + n].k <= DEPTH; ++n) k += piece[q + n].k;
+      update_block(t, piece + q, n, r, j, end, k, packed);
+    }
+  }
 }
 
 // Factors a tile of NC <= W columns whose diagonal lies in its first NC rows; x[column][row] holds W

@@ -5,12 +5,12 @@
 // Values of packed that update() needs for m columns and k terms.
 std::ptrdiff_t update_work(int m, int k);
 
-// C := C - A diag(d) B', the update of supernodes by another: A is r x k, B its first m rows, d has
-// k values or is null for ones. The target is a list of columns: entry (i,j) of the product, counted
-// from 0, goes to col[place[j]][place[i]], or with place null to col[j + shift][i + shift]. Places
-// ascend. Nothing above the diagonal is touched.
-void update(double* const* col, const int* place, int shift, const double* a, std::ptrdiff_t lda,
-            const double* d, int r, int m, int k, double* packed);
+// C := C - A D B', the update of supernodes by another, or by the pieces of a cut one: A is r x k in
+// pieces of some of its columns, B its first m rows. The target is a list of columns: entry (i,j) of
+// the product, counted from 0, goes to col[place[j]][place[i]], or with place null to
+// col[j + shift][i + shift]. Places ascend. Nothing above the diagonal is touched.
+void update(double* const* col, const int* place, int shift, const UpdatePiece* piece, int pieces,
+            int r, int m, double* packed);
 
 // Values of packed that factor_panel() needs for c columns.
 std::ptrdiff_t panel_work(int c);

@@ -31,80 +31,111 @@ void wait_for_target(const FactorStructure& s, int K, const Supernode& k, int n,
 }
 
 // Supernodes that the panel limit cut from one follow each other, each with the rows of the one
-// before less its columns: a chain. Returns the last of the chain that begins with J.
-int last_of_chain(const FactorStructure& s, int J) {
+// before less its columns: a chain, target and source of updates as a whole.
+struct Chain {
+  int first, last;  // supernodes
+  int begin, end;   // columns
+  int r;            // rows of its first column
+};
+
+bool continues(const FactorStructure& s, int J) {
   const auto rows = [&](int K) { return s.xlindx(K + 1) - s.xlindx(K); };
-  while (s.sparent(J) == J + 1 && rows(J + 1) == rows(J) - (s.xsuper(J + 1) - s.xsuper(J))) ++J;
-  return J;
+  return s.sparent(J) == J + 1 && rows(J + 1) == rows(J) - (s.xsuper(J + 1) - s.xsuper(J));
 }
 
-// Makes the chain from J to last the target: its columns side by side, in which the rows of J, from
-// 0, have the same numbers everywhere.
-void set_target(const FactorStructure& s, int J, int last, NumericWork& w) {
-  const Supernode j = supernode(s, J, w.lnz);
-  for (int q = 0; q < j.r; ++q) w.indmap(j.row[q]) = j.r - 1 - q;
+Chain chain_from(const FactorStructure& s, int J) {
+  int last = J;
+  while (continues(s, last)) ++last;
+  const auto r = static_cast<int>(s.xlindx(J + 1) - s.xlindx(J));
+  return {J, last, s.xsuper(J), s.xsuper(last + 1) - 1, r};
+}
+
+// Makes the chain the target: its columns side by side, in which the rows of its first supernode,
+// from 0, have the same numbers everywhere.
+void set_target(const FactorStructure& s, const Chain& t, NumericWork& w) {
+  const int* row = s.lindx.data() + s.xlindx(t.first) - 1;
+  for (int q = 0; q < t.r; ++q) w.indmap(row[q]) = t.r - 1 - q;
   double** column = w.column.data();
-  for (int K = J; K <= last; ++K) {
-    const Supernode k = supernode(s, K, w.lnz);
-    for (int q = 0; q < k.c; ++q) *column++ = k.p + k.ld() * q - (k.f - j.f);
+  for (int J = t.first; J <= t.last; ++J) {
+    const Supernode j = supernode(s, J, w.lnz);
+    for (int q = 0; q < j.c; ++q) *column++ = j.p + j.ld() * q - (j.f - t.begin);
   }
 }
 
-// Applies what K, with n unused rows, contributes to the target, a chain from J to column `end`:
-//   L2 = L(the n rows,       columns of K)   n x K.c
-//   L1 = L(the first m rows, columns of K)   the top of L2; these rows are columns of the target
-// target(rows of L2, columns of L1) -= L2 D L1', D = 1 for Cholesky. Returns m.
-int apply_update(const Supernode& K, int n, const Supernode& J, int end, bool ldl, NumericWork& w) {
+// Subtracts L2 D L1' from the target, D = 1 for Cholesky: L2 holds the last n rows of the supernodes
+// K to last, pieces of one chain, and L1 the first m of these.
+void subtract(const FactorStructure& s, int K, int last, int n, int m, const int* place, int shift,
+              bool ldl, NumericWork& w) {
   const auto update = have_avx2() ? kernels_avx2::update : kernels_plain::update;
-  const int* row = K.row + (K.r - n);
-  const double* L2 = K.p + (K.r - n);
-  double* d = nullptr;
-  if (ldl) {
-    d = w.pivots.data();
-    for (int q = 0; q < K.c; ++q) d[q] = K.p[q * (K.ld() + 1)];
+  UpdatePiece* piece = w.pieces.data();
+  for (int q = K; q <= last; ++q) {
+    const Supernode k = supernode(s, q, w.lnz);
+    piece[q - K] = {k.p + (k.r - n), k.ld(), k.c, ldl ? k.p : nullptr, k.ld() + 1};
   }
-  int m = 1, in_first = 1;
-  while (m < n && row[m] <= end) in_first += row[m++] < J.f + J.c;
-  const int bottom = J.r - 1;
+  update(w.column.data(), place, shift, piece, last - K + 1, n, m, w.packed.data());
+}
+
+// Applies what K, the last of a chain, contributes to the target t in whose supernode J its unused
+// rows begin, and puts it on its next list.
+int apply_update(const FactorStructure& s, int K, int J, const Chain& t, bool ldl, NumericWork& w) {
+  const Supernode k = supernode(s, K, w.lnz);
+  const int n = w.remaining(K), bottom = t.r - 1;
+  const int* row = k.row + (k.r - n);
+  int m = 1, in_first = 1, first = K;
+  while (m < n && row[m] <= t.end) in_first += row[m++] < s.xsuper(J + 1);
+  while (first > 1 && continues(s, first - 1)) --first;
   const int* place = nullptr;
   if (w.indmap(row[0]) - w.indmap(row[n - 1]) != n - 1) {  // not consecutive in the target
     if (std::int64_t{n} * in_first > w.temp_size) return FACTOR_TEMP_SMALL;
     for (int i = 0; i < n; ++i) w.place(i + 1) = bottom - w.indmap(row[i]);
     place = w.place.data();
   }
-  update(w.column.data(), place, bottom - w.indmap(row[0]), L2, K.ld(), d, n, m, K.c,
-         w.packed.data());
-  return m;
-}
-
-// All updates by the supernodes that wait for J. What they contribute to the rest of its chain is
-// applied at once, while they are at hand.
-int update_target(const FactorStructure& s, int J, bool ldl, NumericWork& w) {
-  if (w.head(J) == 0) return FACTOR_DONE;
-  const Supernode j = supernode(s, J, w.lnz);
-  const int last = last_of_chain(s, J), end = s.xsuper(last + 1) - 1;
-  set_target(s, J, last, w);
-  for (int K = w.head(J), next; K != 0; K = next) {
-    next = w.link(K);
-    const Supernode k = supernode(s, K, w.lnz);
-    const int m = apply_update(k, w.remaining(K), j, end, ldl, w);
-    if (m < 0) return m;
-    wait_for_target(s, K, k, w.remaining(K) - m, w);
-  }
+  subtract(s, first, K, n, m, place, bottom - w.indmap(row[0]), ldl, w);
+  wait_for_target(s, K, k, n - m, w);
   return FACTOR_DONE;
 }
 
-// Supernodes are taken in ascending order. It is a postorder of their tree, so that most updates
-// come from rectangles just made and still in the caches; level by level (snorder) is slower.
+// All updates of the target by the chains that wait for one of its supernodes. What they contribute
+// to its other supernodes is applied at once, while they are at hand.
+int update_chain(const FactorStructure& s, const Chain& t, bool ldl, NumericWork& w) {
+  for (int J = t.first; J <= t.last; ++J)
+    for (int K = w.head(J), next; K != 0; K = next) {
+      next = w.link(K);
+      if (const int fault = apply_update(s, K, J, t, ldl, w); fault != FACTOR_DONE) return fault;
+    }
+  return FACTOR_DONE;
+}
+
+// Factors the supernodes J to last of the target, by halves: so that most of the updates among them
+// have many terms.
+int factor_chain(const FactorStructure& s, int J, int last, const Chain& t, bool ldl,
+                 NumericWork& w) {
+  if (J == last) {
+    const auto panel = have_avx2() ? kernels_avx2::factor_panel : kernels_plain::factor_panel;
+    const Supernode j = supernode(s, J, w.lnz);
+    const int fault = panel(j.p, j.r, j.r, j.c, ldl, w.packed.data());
+    return fault != 0 ? FACTOR_BAD_PIVOT : FACTOR_DONE;
+  }
+  const int half = (J + last) / 2;
+  if (const int fault = factor_chain(s, J, half, t, ldl, w); fault != FACTOR_DONE) return fault;
+  const int from = s.xsuper(half + 1), n = t.r - (from - t.begin), m = s.xsuper(last + 1) - from;
+  subtract(s, J, half, n, m, nullptr, from - t.begin, ldl, w);
+  return factor_chain(s, half + 1, last, t, ldl, w);
+}
+
+// Chains are taken in ascending order. It is a postorder of their tree, so that most updates come
+// from rectangles just made and still in the caches; level by level (snorder) is slower.
 int factor(const FactorStructure& s, const double* a, bool ldl, NumericWork& w) {
-  const auto factor_panel = have_avx2() ? kernels_avx2::factor_panel : kernels_plain::factor_panel;
   scatter_a(s, a, w.lnz);
   std::fill_n(w.head.data(), s.nsuper, 0);
-  for (int J = 1; J <= s.nsuper; ++J) {
-    if (const int fault = update_target(s, J, ldl, w); fault != FACTOR_DONE) return fault;
-    const Supernode j = supernode(s, J, w.lnz);
-    if (factor_panel(j.p, j.r, j.r, j.c, ldl, w.packed.data()) != 0) return FACTOR_BAD_PIVOT;
-    wait_for_target(s, J, j, j.r - j.c, w);
+  for (int J = 1; J <= s.nsuper;) {
+    const Chain t = chain_from(s, J);
+    set_target(s, t, w);
+    if (const int fault = update_chain(s, t, ldl, w); fault != FACTOR_DONE) return fault;
+    if (const int fault = factor_chain(s, J, t.last, t, ldl, w); fault != FACTOR_DONE) return fault;
+    const Supernode end = supernode(s, t.last, w.lnz);
+    wait_for_target(s, t.last, end, end.r - end.c, w);
+    J = t.last + 1;
   }
   return FACTOR_DONE;
 }
@@ -158,7 +189,7 @@ void reserve_numeric(const FactorStructure& s, std::int64_t temp_size, NumericWo
   reserve(w.lnz, s.factor_size + pad, "the factor");
   w.temp_size = temp_size;
   reserve(w.packed, kernels, "the packed operands");
-  reserve(w.pivots, c, "the pivots of a supernode");
+  reserve(w.pieces, s.nsuper, "the pieces of an update");
   reserve(w.place, s.max_rows, "the row map");
   reserve(w.column, s.neqns, "the column map");
   reserve(w.work, std::int64_t{s.neqns} + s.max_rows + pad, "the solve work");

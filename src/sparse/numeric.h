@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "base/arrays.h"
+#include "sparse/dense_kernels.h"
 #include "sparse/structure.h"
 
 // Factor and work storage of one matrix. It outlives the call: a second factorization of the same
@@ -15,7 +16,7 @@ struct NumericWork {
   Vector<double> lnz;          // (factor_size) the factor; for L D L' the diagonal places hold D
   std::int64_t temp_size = 0;  // reals that an update between scattered rows may have
   Vector<double> packed;       // operands of the dense kernels in the order of their use
-  Vector<double> pivots;       // (max_cols) D of one supernode
+  Vector<UpdatePiece> pieces;  // (nsuper) pieces of the chain that updates
   Vector<double> work;         // (neqns + max_rows) right-hand side in new order, one supernode's
   Vector<int> indmap;          // (neqns) distance of a row from the bottom of the target
   Vector<double*> column;      // (neqns) columns of the target
