@@ -51,7 +51,7 @@ using Index = std::ptrdiff_t;
 constexpr int PACK_ROWS = 4 * P, PACK_COLUMNS = 8 * W, PACK_TERMS = 16;
 // Columns of an update at a time, and so rows of B; and terms at a time, from several pieces.
 constexpr int BLOCK_COLUMNS = 240, DEPTH = 240;
-// Rows of tiles that pass B at a time.
+// Rows of tiles that pass B together, so that its tiles and the lines of C are fetched once.
 constexpr int TOGETHER = 2;
 constexpr int CACHE_LINE = 8;  // doubles
 constexpr int AHEAD = 6;       // columns that are fetched ahead
@@ -94,46 +94,64 @@ struct Target {
   int at(int i) const { return place == nullptr ? i + shift : place[i]; }
 };
 
-// The lanes before the gap if the W places from row on have just one, otherwise 0.
-KERNEL_INLINE int lanes_before_gap(const Target& t, int row) {
-  int s = 1;
-  while (s < W - 1 && t.at(row + s) == t.at(row) + s) ++s;
-  return W > 1 && t.at(row + W - 1) - t.at(row + s) == W - 1 - s ? s : 0;
+// A row of tiles: rows i to i+n-1, the last register perhaps in part.
+struct TileRows {
+  int i, n;
+  const double* a;
+  Index lda;
+  int at[MAX_NV];  // where the rows of each register begin in the target
+  int lanes
+      [MAX_NV];  // W if all follow there, fewer before the only gap, 0 with more gaps or in part
+};
+
+KERNEL_INLINE TileRows tile_rows(const Target& t, int i, int n, const double* a, Index lda) {
+  TileRows x{i, n, a, lda, {}, {}};
+  for (int v = 0; v * W < n; ++v) {
+    const int row = i + v * W, at = t.at(row);
+    int s = 1;
+    x.at[v] = at;
+    if (n - v * W < W) break;
+    while (s < W && t.at(row + s) == at + s) ++s;
+    x.lanes[v] = s == W || t.at(row + W - 1) - t.at(row + s) == W - 1 - s ? s : 0;
+  }
+  return x;
 }
 
-// Rows i to i+n-1 (the last register perhaps in part), columns j to j+NC-1 of an update.
+// The tile of the rows x and the columns j to j+NC-1 of an update.
 template <int NV, int NC>
-static void tile(const Target& t, int i, int j, int n, const double* a, Index lda, const double* b,
-                 Index ldb, int k) {
+static void tile(const Target& t, const TileRows& x, int j, const double* b, Index ldb, int k) {
   double* c[NC];
   for (int q = 0; q < NC; ++q) {
     c[q] = t.col[t.at(j + q)];
-    KERNEL_PREFETCH(c[q] + t.at(i));
-    KERNEL_PREFETCH(c[q] + t.at(i + n - 1));
+    if (k > PACK_TERMS) {
+      KERNEL_PREFETCH(c[q] + x.at[0]);
+      KERNEL_PREFETCH(c[q] + x.at[NV - 1]);
+    }
   }
   Vec acc[NV][NC];
-  product<NV, NC>(acc, k, a, lda, b, ldb);
+  product<NV, NC>(acc, k, x.a, x.lda, b, ldb);
   KERNEL_UNROLL
   for (int v = 0; v < NV; ++v) {
-    const int row = i + v * W, rows = n - v * W < W ? n - v * W : W;
-    const int at = t.at(row);
-    const bool whole = rows == W && j + NC - 1 <= row;
-    if (whole && t.at(row + W - 1) == at + W - 1) {
+    const int row = x.i + v * W, at = x.at[v];
+    const int lanes = j + NC - 1 <= row ? x.lanes[v] : 0;
+    if (lanes == W) {
       KERNEL_UNROLL
       for (int q = 0; q < NC; ++q) store(c[q] + at, load(c[q] + at) - acc[v][q]);
-    } else if (const int s = whole ? lanes_before_gap(t, row) : 0; s != 0) {
+    } else if (lanes != 0) {
       KERNEL_UNROLL
-      for (int q = 0; q < NC; ++q) store(c[q] + at, load(c[q] + at) - first_lanes(acc[v][q], s));
+      for (int q = 0; q < NC; ++q)
+        store(c[q] + at, load(c[q] + at) - first_lanes(acc[v][q], lanes));
       const int behind = t.at(row + W - 1) - (W - 1);
       KERNEL_UNROLL
       for (int q = 0; q < NC; ++q)
-        store(c[q] + behind, load(c[q] + behind) - other_lanes(acc[v][q], s));
+        store(c[q] + behind, load(c[q] + behind) - other_lanes(acc[v][q], lanes));
     } else {  // at the diagonal, the last rows, or much scattered
-      double x[W];
+      const int end = x.n - v * W < W ? x.n - v * W : W;
+      double lane[W];
       KERNEL_UNROLL
       for (int q = 0; q < NC; ++q) {
-        store(x, acc[v][q]);
-        for (int r = j + q > row ? j + q - row : 0; r < rows; ++r) c[q][t.at(row + r)] -= x[r];
+        store(lane, acc[v][q]);
+        for (int r = j + q > row ? j + q - row : 0; r < end; ++r) c[q][t.at(row + r)] -= lane[r];
       }
     }
   }
@@ -141,21 +159,14 @@ static void tile(const Target& t, int i, int j, int n, const double* a, Index ld
 
 // The tile of nv registers by nc columns, nv <= NV and nc <= NC.
 template <int NV, int NC>
-static void any_tile(int nv, int nc, const Target& t, int i, int j, int n, const double* a,
-                     Index lda, const double* b, Index ldb, int k) {
-  if (nv == NV && nc == NC) return tile<NV, NC>(t, i, j, n, a, lda, b, ldb, k);
+static void any_tile(int nv, int nc, const Target& t, const TileRows& x, int j, const double* b,
+                     Index ldb, int k) {
+  if (nv == NV && nc == NC) return tile<NV, NC>(t, x, j, b, ldb, k);
   if constexpr (NC > 1) {
-    if (nc < NC) return any_tile<NV, NC - 1>(nv, nc, t, i, j, n, a, lda, b, ldb, k);
+    if (nc < NC) return any_tile<NV, NC - 1>(nv, nc, t, x, j, b, ldb, k);
   }
-  if constexpr (NV > 1) any_tile<NV - 1, NC>(nv, nc, t, i, j, n, a, lda, b, ldb, k);
+  if constexpr (NV > 1) any_tile<NV - 1, NC>(nv, nc, t, x, j, b, ldb, k);
 }
-
-// A few rows of tiles that pass B together, so that its tiles and the lines of C are fetched once.
-struct TileRows {
-  int i, n;  // rows i to i+n-1
-  const double* a;
-  Index lda;
-};
 
 // NV registers of rows of A in the order in which the tiles read them, column after column in steps
 // of P; returns where the next column goes. The rows behind them are fetched meanwhile: their columns
@@ -221,7 +232,7 @@ static void update_block(const Target& t, const UpdatePiece* piece, int pieces, 
       const int left = r - i;
       // A tile one register high waits for its own sums: two equal rows of tiles are faster.
       const int n = left < P ? left : left > P && left <= P + W ? P - W : P;
-      rows[count] = {i, n, piece->a + i, piece->lda};
+      rows[count] = tile_rows(t, i, n, piece->a + i, piece->lda);
       if (pack_a && (left >= P || pieces > 1)) {
         double* to = a_packed + count * (Index{k} * P);
         rows[count].a = to;
@@ -237,7 +248,7 @@ static void update_block(const Target& t, const UpdatePiece* piece, int pieces, 
       for (int q = 0; q < count; ++q) {
         const TileRows& x = rows[q];
         if (j >= x.i + x.n) continue;  // above the diagonal
-        any_tile<MAX_NV, W>((x.n + W - 1) / W, nc, t, x.i, j, x.n, x.a, x.lda, bj, ldb, k);
+        any_tile<MAX_NV, W>((x.n + W - 1) / W, nc, t, x, j, bj, ldb, k);
       }
     }
   }
