@@ -28,3 +28,4 @@ double dgemm_rate(int n);
 void print_peak_memory(int ngird, int lgbr, int solver);
 void print_solver_ratios(int rounds, int longest);
 void print_element_ratios(int rounds);
+void print_check_ratios(int rounds);

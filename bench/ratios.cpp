@@ -33,4 +33,5 @@ int main(int argc, char** argv) {
   }
   print_solver_ratios(rounds, longest);
   print_element_ratios(rounds);
+  print_check_ratios(rounds);
 }

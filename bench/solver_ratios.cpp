@@ -130,7 +130,12 @@ void print_table(const std::vector<Record>& records) {
   }
 }
 
-double compare_on(int ngird, int lgbr, int rounds) {
+// Seconds and peak MB of the own solver.
+struct Cost {
+  double seconds, memory;
+};
+
+Cost compare_on(int ngird, int lgbr, int rounds) {
   const Bridge b = make_bridge(ngird, lgbr);
   const Vector<int> order = compressed_order(b);
   std::vector<Record> records = solvers();
@@ -168,7 +173,8 @@ double compare_on(int ngird, int lgbr, int rounds) {
   print_table(records);
   std::printf("\nfactor again: %.2f of DGEMM n=400 (%.1f GFlop/s)\n", median(share), median(rate));
   std::fflush(stdout);
-  return seconds(records.front(), [](const Times& t) { return t.all(); });
+  const auto all = [](const Times& t) { return t.all(); };
+  return {seconds(records.front(), all), records.front().memory};
 }
 
 }  // namespace
@@ -191,10 +197,12 @@ void print_peak_memory(int ngird, int lgbr, int solver) {
 void print_solver_ratios(int rounds, int longest) {
   std::printf("\n# Direct solvers\n");
   compare_on(1, 2400, rounds);
-  const double shortest = compare_on(2, 2400, rounds);
+  const Cost shortest = compare_on(2, 2400, rounds);
   for (const int lgbr : {7200, 14400}) {
     if (lgbr > longest) break;
-    const double all = compare_on(2, lgbr, rounds);
-    std::printf("growth of time from lgbr 2400: %.2f of linear\n", all / shortest * 2400.0 / lgbr);
+    const Cost cost = compare_on(2, lgbr, rounds);
+    std::printf("growth from lgbr 2400, of linear: time %.2f, memory %.2f\n",
+                cost.seconds / shortest.seconds * 2400.0 / lgbr,
+                cost.memory / shortest.memory * 2400.0 / lgbr);
   }
 }
