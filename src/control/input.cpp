@@ -373,6 +373,8 @@ ReadOutcome read_input(std::string content, Input& in) {
   RecordReader records = make_reader(std::move(content));
   if (records.text.find('\0') != std::string::npos)
     add_warning(in.notes, 1, "the file holds zero bytes: it should be plain text");
+  if (records.text.find('\r') != std::string::npos && records.text.find('\n') == std::string::npos)
+    add_warning(in.notes, 1, "carriage returns alone end no line: the file is read as one line");
   const ReadOutcome outcome = read_blocks(records, in);
   note_quotes(records, in);
   if (outcome != ReadOutcome::COMPLETE) in.last_line = records.line;

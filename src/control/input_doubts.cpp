@@ -62,6 +62,23 @@ void doubt_supports(Input& in) {
             "another support stands at this station (" + std::to_string(m.supp_pos(i)) + ")");
 }
 
+void doubt_studs(Input& in) {
+  const Model& m = in.model;
+  int count = 0;
+  bool some = false;
+  for (int i = 1; i <= m.nstudrow; ++i) {
+    if (m.stud_count(i) >= 0) count = m.stud_count(i);
+    if (m.stud_count(i) < 0)
+      doubt(in, STUDS, i, row_line(in, STUDS, i),
+            "negative number of studs (" + std::to_string(m.stud_count(i)) +
+                "): that of the row before is used");
+    some = some || (count > 0 && m.stud_spacing(i) > 0);
+  }
+  if (!some && m.nstudrow > 0)
+    doubt(in, STUDS, 0, in.block[STUDS].line,
+          "no studs anywhere: next to nothing holds the deck along and across the girders");
+}
+
 void doubt_sizes(Input& in) {
   const Model& m = in.model;
   const auto zero = [&](Keyword k, const char* name, const Vector<double>& values) {
@@ -74,11 +91,6 @@ void doubt_sizes(Input& in) {
   zero(TOP_LATERAL, "area", m.lat_area);
   zero(WEB_STIFFENER, "width", m.ws_b);
   zero(WEB_STIFFENER, "thickness", m.ws_t);
-  for (int i = 2; i <= m.nstudrow; ++i)
-    if (m.stud_count(i) < 0)
-      doubt(in, STUDS, i, row_line(in, STUDS, i),
-            "negative number of studs (" + std::to_string(m.stud_count(i)) +
-                "): that of the row before is used");
 }
 
 void doubt_stages(Input& in) {
@@ -129,6 +141,7 @@ void doubt_input(Input& in) {
   doubt_section(in);
   doubt_supports(in);
   doubt_sizes(in);
+  doubt_studs(in);
   doubt_stages(in);
   doubt_buckling(in);
 }

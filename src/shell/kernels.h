@@ -36,29 +36,9 @@ struct alignas(32) PointStresses {
   double global[6][SHELL_LANES];  // xx, yy, zz, xy, xz, yz
 };
 
-// point_frames       all of f; a determinant is not tested
-// shell_product      ke (45,45) = sum over the points of B' D B det weight, both triangles
-// point_stresses     under the displacements d (45) of the nodes
-// node_forces        force (5) of one node (0 to 8): its rows of the sum of B' stress det weight
-// gradient_products  c (18,18), upper triangle: sums of a' M b det weight, M the stress tensor, for
-//                    a, b the gradients of N of the nine nodes, then those of zeta N
 namespace shell_plain {
-void point_frames(const LaneTables& t, const ShellData& s, PointFrames& f);
-void shell_product(const LaneTables& t, const ShellData& s, const PointFrames& f, double* ke);
-void point_stresses(const LaneTables& t, const ShellData& s, const PointFrames& f, const double* d,
-                    PointStresses& S);
-void node_forces(const LaneTables& t, const ShellData& s, const PointFrames& f,
-                 const PointStresses& S, int node, double* force);
-void gradient_products(const LaneTables& t, const ShellData& s, const PointFrames& f,
-                       const PointStresses& S, double* c);
-}  // namespace shell_plain
+#include "shell/kernels_decl.h"
+}
 namespace shell_avx2 {
-void point_frames(const LaneTables& t, const ShellData& s, PointFrames& f);
-void shell_product(const LaneTables& t, const ShellData& s, const PointFrames& f, double* ke);
-void point_stresses(const LaneTables& t, const ShellData& s, const PointFrames& f, const double* d,
-                    PointStresses& S);
-void node_forces(const LaneTables& t, const ShellData& s, const PointFrames& f,
-                 const PointStresses& S, int node, double* force);
-void gradient_products(const LaneTables& t, const ShellData& s, const PointFrames& f,
-                       const PointStresses& S, double* c);
-}  // namespace shell_avx2
+#include "shell/kernels_decl.h"
+}

@@ -52,6 +52,7 @@ TEST(InputCheck, DoubtsWhatIsLegalButHardlyMeant) {
       {1, "internal_brace", "1\n72 1 0", "internal_brace row 1: area is 0: it adds no stiffness"},
       {1, "botfthick", "2\n240 1\n12 1", "botfthick row 2: shorter than 24 inches"},
       {1, "studs", "2\n120 12 3\n120 6 -1", "studs row 2: negative number of studs (-1)"},
+      {1, "studs", "2\n120 0 3\n120 6 0", "studs: no studs anywhere"},
       {1, "pour_seq", "0\n1\n240\n1", "pour_seq: no analyses: the run ends with the model"},
       {1, "pour_seq", "1\n1\n240\n0 1 1\n1", "pour_seq row 2: deck modulus is 0"},
       {1, "buckle", nullptr, "loads are not applied: load pattern 0"},

@@ -107,6 +107,8 @@ TEST(Input, WarnsOfWordsAndNumbersThatMayBeMeantOtherwise) {
   EXPECT_EQ(list(near_keyword("edn"), near_keyword("internalbrace"), near_keyword("Rcurve"),
                  near_keyword("of"), near_keyword(std::string(1000, 'x'))),
             "end internal_brace rcurv   ");
+  EXPECT_NE(Reading("ngird\r1\rend\r").notes().find("1: warning: carriage returns"),
+            std::string::npos);
 }
 
 TEST(Input, NamesThePlaceWhereTheFileEnds) {
