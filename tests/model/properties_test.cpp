@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "support/models.h"
 
 TEST(ShellMaterials, FollowTheSegmentsOfTheirPlate) {
@@ -56,11 +54,4 @@ TEST(StudLinks, StandForTheStudsOfTwelveInchesInTheLaterSegmentAtASharedStation)
       EXPECT_EQ(p.studk(1, l), l <= 24 ? 0.0001 : 20) << "link " << l;
     }
   }
-}
-
-TEST(ShapeTables, HoldTheGaussRuleAndTheFunctionsAtItsPoints) {
-  EXPECT_NEAR(lagrange::shape(1, 0.3, -0.7), -0.062475, 1e-15);
-  EXPECT_NEAR(lagrange::derivative(2, 9, 0.3, -0.7), 1.274, 1e-15);
-  for (int g = 1; g <= 9; ++g)
-    EXPECT_NEAR(SHAPE.gpt(2, g), ((g - 1) % 3 - 1) * std::sqrt(0.6), 1e-16);
 }
