@@ -33,7 +33,8 @@ constexpr int FACTOR_TEMP_SMALL = -2;  // an update is larger than temp_size
 
 // Makes w large enough for the structure. temp_size bounds the updates between scattered rows, at
 // least the largest that the analysis found. They pass through registers and need no such room, but
-// an update beyond it tells of a structure that does not fit the matrix. Arrays that are large enough already are kept as they are.
+// an update beyond it tells of a structure that does not fit the matrix. Arrays that are large enough
+// already are kept as they are.
 void reserve_numeric(const FactorStructure& s, std::int64_t temp_size, NumericWork& w);
 
 // lnz(luperm(k)) = a(k) for the stored values of A, all other places of the factor zero.
