@@ -2,7 +2,7 @@
 // are column-major with a leading dimension. Operands may be read up to MAX_LANES - 1 values behind
 // their last one (never used), so storage needs that much room at its end.
 
-// Values of packed that update() needs for m columns and k terms.
+// Values of packed that update() needs for m columns and pieces of at most k terms.
 std::ptrdiff_t update_work(int m, int k);
 
 // C := C - A D B', the update of supernodes by another, or by the pieces of a cut one: A is r x k in
