@@ -4,24 +4,6 @@
 
 #include "support/models.h"
 
-TEST(ShellMaterials, FollowTheSegmentsOfTheirPlate) {
-  Model m = one_girder(240);
-  set_webs(m, {{96, 0.5}, {144, 0.75}});
-  set_bottom(m, {{48, 1}, {192, 1}});
-  set_top(m, {{120, 1}, {120, 2}});
-  set_stages(m, {72, 96, 72}, 2);
-  const Properties p = generate(m).properties;
-  const int bays[][5] = {
-      {1, 7, 5, 1, 3}, {3, 7, 5, 1, 4}, {4, 8, 5, 1, 4},  // deck, top, web, bottom
-      {5, 8, 5, 2, 4}, {6, 8, 6, 2, 4}, {10, 9, 6, 2, 4}};
-  for (const auto& [bay, deck, top, web, bottom] : bays) {
-    const int* of_strip = &p.shmat(26 * (bay - 1) + 1) - 1;
-    EXPECT_TRUE(of_strip[10] == deck && of_strip[11] == top && of_strip[14] == top &&
-                of_strip[15] == web && of_strip[19] == bottom && of_strip[26] == web)
-        << "bay " << bay;
-  }
-}
-
 TEST(BarProperties, RepeatTheInputRowsForEveryElementOfTheRow) {
   Model m = two_girders(96);
   add_ibraces(m, {24, 48}, 2);
