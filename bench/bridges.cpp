@@ -12,6 +12,8 @@
 #include "solution/loads.h"
 #include "solution/supports.h"
 
+using namespace zelvo;
+
 namespace {
 
 template <class T>
@@ -56,7 +58,7 @@ Model describe(int ngird, int lgbr) {
   m.ngird = ngird;
   m.lgbr = lgbr;
   m.offset = 108;
-  m.secdim = {{78, 60, 99, 18, ngird == 2 ? 420.0 : 204.0, 9}};
+  m.secdim = {78, 60, 99, 18, ngird == 2 ? 420.0 : 204.0, 9};
   m.nweb = m.nbotf = m.ntopf = 1;
   m.web_len = m.botf_len = m.topf_len = vector_of<int>({lgbr});
   m.web_t = vector_of<double>({0.5});

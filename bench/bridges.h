@@ -7,6 +7,8 @@
 #include "model/nodes.h"
 #include "model/properties.h"
 
+namespace zelvo {
+
 struct Bridge {
   Model model;
   Nodes nodes;
@@ -21,3 +23,5 @@ void assemble(Bridge& b);
 
 // Bridge of ngird girders, lgbr inches long (a multiple of 240), assembled.
 Bridge make_bridge(int ngird, int lgbr);
+
+}  // namespace zelvo

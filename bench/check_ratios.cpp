@@ -37,6 +37,9 @@ std::string printed(Call&& call) {
 #else
   call();
 #endif
+
+  using namespace zelvo;
+
   return text;
 }
 

@@ -4,13 +4,15 @@
 #include <vector>
 
 #include "blas.h"
-#include "buckling/product.h"
+#include "matrix/product.h"
 #include "peers.h"
 #include "shell/assembly.h"
 #include "shell/geometric.h"
 #include "shell/kernel.h"
 #include "shell/sections.h"
 #include "statistics.h"
+
+using namespace zelvo;
 
 double dgemm_rate(int n) {
   Vector<double> A(std::int64_t{n} * n), C(std::int64_t{n} * n);

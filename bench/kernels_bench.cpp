@@ -6,6 +6,8 @@
 #include "blas.h"
 #include "sparse/dense_kernels.h"
 
+using namespace zelvo;
+
 namespace {
 
 using benchmark::Counter;

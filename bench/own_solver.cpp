@@ -5,6 +5,8 @@
 #include "sparse/numeric.h"
 #include "sparse/ordering.h"
 
+using namespace zelvo;
+
 namespace {
 
 struct Own {

@@ -2,6 +2,8 @@
 #pragma once
 #include "bridges.h"
 
+namespace zelvo {
+
 struct Peer {
   const char* name;
   bool takes_order;  // its analysis is given the order of the compressed graph
@@ -29,3 +31,5 @@ void print_peak_memory(int ngird, int lgbr, int solver);
 void print_solver_ratios(int rounds, int longest);
 void print_element_ratios(int rounds);
 void print_check_ratios(int rounds);
+
+}  // namespace zelvo

@@ -20,6 +20,9 @@ int main(int argc, char** argv) {
     execv("/proc/self/exe", argv);
   }
 #endif
+
+  using namespace zelvo;
+
   if (argc == 5 && std::strcmp(argv[1], "peak") == 0) {
     print_peak_memory(std::atoi(argv[2]), std::atoi(argv[3]), std::atoi(argv[4]));
     return 0;

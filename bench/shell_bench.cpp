@@ -10,6 +10,8 @@
 #include "shell/sections.h"
 #include "support/models.h"
 
+using namespace zelvo;
+
 static benchmark::Counter rate(double n) {
   return benchmark::Counter(n, benchmark::Counter::kIsIterationInvariantRate);
 }

@@ -78,6 +78,9 @@ double peak_memory(int ngird, int lgbr, std::size_t solver) {
 #else
   (void)ngird, (void)lgbr, (void)solver;
 #endif
+
+  using namespace zelvo;
+
   return peak;
 }
 

@@ -6,6 +6,8 @@
 #include "sparse/analysis.h"
 #include "sparse/numeric.h"
 
+using namespace zelvo;
+
 namespace {
 
 using benchmark::Counter;

@@ -5,6 +5,8 @@
 
 #include "base/platform.h"
 
+namespace zelvo {
+
 inline double median(std::vector<double> v) {
   std::sort(v.begin(), v.end());
   const auto n = v.size();
@@ -31,3 +33,5 @@ double cpu_seconds_each(Call&& call) {
   } while (spent < 0.1);
   return spent / calls;
 }
+
+}  // namespace zelvo

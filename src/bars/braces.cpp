@@ -2,6 +2,8 @@
 
 #include "bars/gather.h"
 
+namespace zelvo {
+
 namespace {
 
 constexpr int MID = 3;  // freedoms of M, the first of the patch
@@ -115,3 +117,5 @@ void assemble_ebraces(const Nodes& nodes, const Elements& elements, const Proper
   assemble_braces(EXTERNAL_FRAME, nodes, elements.ebconn, elements.nebel, properties.ebprop,
                   pattern, K);
 }
+
+}  // namespace zelvo

@@ -14,6 +14,8 @@
 #include "model/nodes.h"
 #include "model/properties.h"
 
+namespace zelvo {
+
 using BraceMatrix = FixedMatrix<double, 12, 12>;  // freedom 3(c-1)+i: translation i of corner c
 using BraceCorners = FixedVector<double, 12>;     // coordinates or displacements of P1 to P4
 using PatchVector = FixedVector<double, 15>;      // the same of M, P1 to P4
@@ -68,3 +70,5 @@ void assemble_ibraces(const Nodes& nodes, const Elements& elements, const Proper
                       const MatrixPattern& pattern, Vector<double>& K);
 void assemble_ebraces(const Nodes& nodes, const Elements& elements, const Properties& properties,
                       const MatrixPattern& pattern, Vector<double>& K);
+
+}  // namespace zelvo

@@ -5,6 +5,8 @@
 #include "bars/gather.h"
 #include "base/text.h"
 
+namespace zelvo {
+
 namespace {
 
 constexpr int DECIMALS = 2, BRACE_WIDTH = 8, LATERAL_WIDTH = 10;
@@ -89,3 +91,5 @@ void write_lateral_forces(const Nodes& nodes, const Elements& elements,
     force_line(out, e, p, LATERAL_WIDTH);
   }
 }
+
+}  // namespace zelvo

@@ -7,6 +7,8 @@
 
 #include "bars/braces.h"
 
+namespace zelvo {
+
 // Four forces per internal brace, those of the bars at P1 to P4, fields of 8 columns, 2 decimals.
 void write_ibrace_forces(const Nodes& nodes, const Elements& elements, const Properties& properties,
                          const Vector<double>& U, int k, std::string& out);
@@ -28,3 +30,5 @@ FixedVector<double, 4> ibrace_forces(const BraceCorners& c12, const BraceCorners
 //   u15  in  inches, displacements of M and the corners
 FixedVector<double, 5> ebrace_forces(const BraceCorners& c12, const PatchVector& u15,
                                      const FixedVector<double, 3>& prop);
+
+}  // namespace zelvo

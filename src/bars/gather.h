@@ -4,6 +4,8 @@
 #include "model/nodes.h"
 #include "model/pattern.h"
 
+namespace zelvo {
+
 // Coordinates of the n nodes of element e, node after node.
 template <int n>
 FixedVector<double, 3 * n> gather_points(const Nodes& nodes, const Matrix<int>& conn, int e) {
@@ -60,3 +62,5 @@ FixedVector<double, r> multiply(const FixedMatrix<double, r, c>& A,
 inline FixedVector<double, 3> column_of(const Matrix<double>& table, int e) {
   return {{table(1, e), table(2, e), table(3, e)}};
 }
+
+}  // namespace zelvo

@@ -5,6 +5,8 @@
 #include "bars/forces.h"
 #include "bars/gather.h"
 
+namespace zelvo {
+
 namespace {
 
 // Where the bars at M balance, s = sum of p/L is a small difference of large numbers and the
@@ -102,3 +104,5 @@ void assemble_laterals_geo(const Nodes& nodes, const Elements& elements,
     add_node_blocks(kg.data(), kg.rows(), elements.latconn.column(e), 2, 3, pattern, KG);
   }
 }
+
+}  // namespace zelvo

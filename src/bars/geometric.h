@@ -5,6 +5,8 @@
 #include "bars/braces.h"
 #include "bars/stiffeners.h"
 
+namespace zelvo {
+
 // Condensed geometric stiffness of a brace, overwritten. M is condensed on the geometric matrix
 // alone. A brace whose forces balance at M adds nothing (see geometric.cpp).
 //   kg12  out  kip/in
@@ -38,3 +40,5 @@ void assemble_laterals_geo(const Nodes& nodes, const Elements& elements,
 void assemble_stiffeners_geo(const Nodes& nodes, const Elements& elements,
                              const Properties& properties, const Vector<double>& U,
                              const MatrixPattern& pattern, Vector<double>& KG);
+
+}  // namespace zelvo

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace zelvo {
+
 namespace {
 
 struct Axis {
@@ -45,3 +47,5 @@ void bar_geo_stiffness(BarMatrix& kg, const FixedVector<double, 6>& c, double p)
   const double k = p / bar_axis(c).L;
   for (int i = 1; i <= 3; ++i) add_to_blocks(kg, i, i, k);
 }
+
+}  // namespace zelvo

@@ -5,6 +5,8 @@
 #pragma once
 #include "base/arrays.h"
 
+namespace zelvo {
+
 using BarMatrix = FixedMatrix<double, 6, 6>;
 
 // Adds the stiffness of a bar to ke, with t the unit vector from a to b:
@@ -24,3 +26,5 @@ void bar_force(const FixedVector<double, 6>& c, const FixedVector<double, 6>& d,
 // stretching by its force as well as turning (Przemieniecki 1968 in its simplest, isotropic form).
 // The caller clears kg.
 void bar_geo_stiffness(BarMatrix& kg, const FixedVector<double, 6>& c, double p);
+
+}  // namespace zelvo

@@ -3,6 +3,8 @@
 #include "bars/gather.h"
 #include "bars/kernel.h"
 
+namespace zelvo {
+
 void assemble_laterals(const Nodes& nodes, const Elements& elements, const Properties& properties,
                        const MatrixPattern& pattern, Vector<double>& K) {
   for (int e = 1; e <= elements.nlatel; ++e) {
@@ -12,3 +14,5 @@ void assemble_laterals(const Nodes& nodes, const Elements& elements, const Prope
     add_node_blocks(ke.data(), ke.rows(), elements.latconn.column(e), 2, 3, pattern, K);
   }
 }
+
+}  // namespace zelvo

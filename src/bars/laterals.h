@@ -5,6 +5,10 @@
 #include "model/nodes.h"
 #include "model/properties.h"
 
+namespace zelvo {
+
 // Adds every top lateral to K.
 void assemble_laterals(const Nodes& nodes, const Elements& elements, const Properties& properties,
                        const MatrixPattern& pattern, Vector<double>& K);
+
+}  // namespace zelvo

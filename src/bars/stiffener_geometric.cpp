@@ -1,6 +1,8 @@
 #include "bars/gather.h"
 #include "bars/geometric.h"
 
+namespace zelvo {
+
 namespace {
 
 // Rows of f6.
@@ -83,3 +85,5 @@ void assemble_stiffeners_geo(const Nodes& nodes, const Elements& elements,
     add_node_blocks(kg.data(), kg.rows(), elements.wsconn.column(e), 9, 5, pattern, KG);
   }
 }
+
+}  // namespace zelvo

@@ -4,6 +4,8 @@
 
 #include "bars/gather.h"
 
+namespace zelvo {
+
 namespace {
 
 // Chain of beam segments (12 6 -12 6; ...) with unit length and EI, first the deflections, then
@@ -138,3 +140,5 @@ void assemble_stiffeners(const Nodes& nodes, const Elements& elements, const Pro
     add_node_blocks(ke.data(), ke.rows(), elements.wsconn.column(e), 9, 5, pattern, K);
   }
 }
+
+}  // namespace zelvo

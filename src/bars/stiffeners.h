@@ -14,6 +14,8 @@
 #include "model/nodes.h"
 #include "model/properties.h"
 
+namespace zelvo {
+
 constexpr double STEEL_G = 11400.0;  // ksi
 
 constexpr int STIFFENER_NODES = 9;
@@ -73,3 +75,5 @@ inline int frame_node(const Elements& elements, int e) { return elements.wsconn(
 // Adds every stiffener to K.
 void assemble_stiffeners(const Nodes& nodes, const Elements& elements, const Properties& properties,
                          const MatrixPattern& pattern, Vector<double>& K);
+
+}  // namespace zelvo

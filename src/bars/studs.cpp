@@ -2,6 +2,8 @@
 
 #include "bars/kernel.h"
 
+namespace zelvo {
+
 void assemble_studs(const Elements& elements, const Properties& properties, int k,
                     const MatrixPattern& pattern, Vector<double>& K) {
   for (int e = 1; e <= elements.nstud; ++e) {
@@ -15,3 +17,5 @@ void assemble_studs(const Elements& elements, const Properties& properties, int 
     add_node_blocks(ke.data(), ke.rows(), elements.studconn.column(e), 2, 3, pattern, K);
   }
 }
+
+}  // namespace zelvo

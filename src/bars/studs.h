@@ -4,6 +4,8 @@
 #include "model/matrix.h"
 #include "model/properties.h"
 
+namespace zelvo {
+
 // kip/in between flange and deck, vertically: stiff in every analysis, with or without studs.
 constexpr double STUD_UPLIFT_K = 100000.0;
 
@@ -11,3 +13,5 @@ constexpr double STUD_UPLIFT_K = 100000.0;
 // and z, on curved girders too.
 void assemble_studs(const Elements& elements, const Properties& properties, int k,
                     const MatrixPattern& pattern, Vector<double>& K);
+
+}  // namespace zelvo

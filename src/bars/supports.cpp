@@ -4,6 +4,8 @@
 #include "bars/kernel.h"
 #include "model/properties.h"
 
+namespace zelvo {
+
 namespace {
 
 // Corners that each bar joins: top and bottom strut, left and right side, the two diagonals.
@@ -31,3 +33,5 @@ void assemble_supports(const Nodes& nodes, const Elements& elements, const Matri
     add_node_blocks(k12.data(), k12.rows(), elements.supconn.column(e), 4, 3, pattern, K);
   }
 }
+
+}  // namespace zelvo

@@ -6,6 +6,8 @@
 #include "model/matrix.h"
 #include "model/nodes.h"
 
+namespace zelvo {
+
 constexpr double SUPPORT_AREA = 200.0;  // in^2, each bar, whatever the section
 
 // Stiffness of one frame, overwritten; the diagonals cross without a joint.
@@ -18,3 +20,5 @@ void support_stiffness(FixedMatrix<double, 12, 12>& k12, const FixedVector<doubl
 // Adds every support frame to K.
 void assemble_supports(const Nodes& nodes, const Elements& elements, const MatrixPattern& pattern,
                        Vector<double>& K);
+
+}  // namespace zelvo

@@ -12,6 +12,8 @@
 
 #include "base/failures.h"
 
+namespace zelvo {
+
 // Owning array of n values. A new one is all zero unless made with UNINITIALIZED.
 // Memory that cannot be had throws MemoryFailure, which names the use told in what.
 enum Fill { ZERO, UNINITIALIZED };
@@ -181,3 +183,5 @@ struct MatrixView {
     return p[(i - 1) + std::ptrdiff_t{ld} * (j - 1)];
   }
 };
+
+}  // namespace zelvo

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string>
 
+namespace zelvo {
+
 constexpr int EXIT_BAD_INPUT = 65;  // EX_DATAERR of sysexits.h
 constexpr int EXIT_NO_MEMORY = 71;  // EX_OSERR
 constexpr int EXIT_FILE = 74;       // EX_IOERR
@@ -19,3 +21,5 @@ struct FileFailure {
   std::string name;
   std::string reason;
 };
+
+}  // namespace zelvo

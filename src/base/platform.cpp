@@ -6,6 +6,8 @@
 #include <io.h>
 #include <windows.h>
 
+namespace zelvo {
+
 double process_cpu_seconds() {
   FILETIME created, ended, kernel, user;
   GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user);
@@ -24,6 +26,8 @@ void keep_standard_streams() {}
 
 void keep_freed_memory() {}
 
+}  // namespace zelvo
+
 #else
 
 #include <fcntl.h>
@@ -31,6 +35,8 @@ void keep_freed_memory() {}
 #include <sys/resource.h>
 #include <termios.h>
 #include <unistd.h>
+
+namespace zelvo {
 
 double process_cpu_seconds() {
   rusage usage{};
@@ -68,5 +74,7 @@ void keep_freed_memory() {
   mallopt(M_TRIM_THRESHOLD, -1);  // and its free end is never given back
 #endif
 }
+
+}  // namespace zelvo
 
 #endif

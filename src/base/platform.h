@@ -1,6 +1,8 @@
 // What differs between operating systems: process time, a key press, the memory allocator.
 #pragma once
 
+namespace zelvo {
+
 // CPU time of the process, user plus system, in seconds.
 double process_cpu_seconds();
 
@@ -14,3 +16,5 @@ void keep_standard_streams();
 
 // Keeps freed memory in the process: a page given back to the system costs its first touch again.
 void keep_freed_memory();
+
+}  // namespace zelvo

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <limits>
 
+namespace zelvo {
+
 namespace {
 
 enum class TokenKind { VALUE, EMPTY_PLACE, SLASH, LINE_END, FILE_END };
@@ -251,3 +253,5 @@ bool to_logical(std::string_view text, bool& value) {
   value = letter == 'T' || letter == 't';
   return true;
 }
+
+}  // namespace zelvo

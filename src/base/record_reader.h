@@ -13,6 +13,8 @@
 #include <variant>
 #include <vector>
 
+namespace zelvo {
+
 // Where a value goes; the type says what is expected.
 using Target = std::variant<std::string*, int*, double*, bool*>;
 
@@ -59,3 +61,5 @@ void go_back_to(RecordReader& reader, const ValueFault& fault);
 bool to_integer(std::string_view text, int& value, ValueProblem& problem);
 bool to_real(std::string_view text, double& value, ValueProblem& problem);
 bool to_logical(std::string_view text, bool& value);
+
+}  // namespace zelvo

@@ -8,6 +8,8 @@
 
 #include "base/failures.h"
 
+namespace zelvo {
+
 namespace {
 
 // text right-aligned in width columns, or width asterisks when it is longer.
@@ -96,3 +98,5 @@ void close_file(ResultFile& f) {
   std::FILE* file = std::exchange(f.file, nullptr);
   if (std::fclose(file) != 0) fail(f.name);
 }
+
+}  // namespace zelvo

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace zelvo {
+
 void put_int(std::string& out, std::int64_t value, int width);
 // width columns, decimals behind the point; rounding is exact on the binary value.
 void put_real(std::string& out, double value, int width, int decimals);
@@ -47,3 +49,5 @@ ResultFile open_file(const char* name);
 void flush_file(ResultFile& f);
 // Flushes and closes.
 void close_file(ResultFile& f);
+
+}  // namespace zelvo

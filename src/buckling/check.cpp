@@ -8,6 +8,8 @@
 #include "buckling/quality.h"
 #include "sparse/solver.h"
 
+namespace zelvo {
+
 namespace {
 
 constexpr int REGULAR_INVERSE = 2, BUCKLING_MODE = 4;  // of ARPACK
@@ -190,3 +192,5 @@ void buckling_solve(const MatrixPattern& pattern, const Vector<double>& K, Vecto
   if (L.info == NO_SHIFTS) return report_code(NO_SHIFTS_CODE);
   warn_of_loose_pairs(rows, K, B, options, L.iparam[4], eigval, eigvec);
 }
+
+}  // namespace zelvo

@@ -1,8 +1,10 @@
 // The buckling check of a stage: the lowest factors lambda and shapes x of K x = lambda (-KG) x.
 #pragma once
 #include "base/arrays.h"
-#include "buckling/product.h"
+#include "matrix/product.h"
 #include "model/matrix.h"
+
+namespace zelvo {
 
 // What the input says about the eigenvalue iteration, and the stage.
 struct EigenOptions {
@@ -29,3 +31,5 @@ constexpr int LANCZOS_VECTORS = 10;
 void buckling_solve(const MatrixPattern& pattern, const Vector<double>& K, Vector<double>& KG,
                     const EigenOptions& options, int ncv, Vector<double>& eigval,
                     Matrix<double>& eigvec);
+
+}  // namespace zelvo

@@ -6,6 +6,8 @@
 
 #include "model/pattern.h"
 
+namespace zelvo {
+
 namespace {
 
 // A diagonal of this size carries the penalty of a rigid support, 1e20 kip/in.
@@ -65,3 +67,5 @@ void warn_of_loose_pairs(const RowBundles& pattern, const Vector<double>& K,
     std::fputs("\n", stderr);
   }
 }
+
+}  // namespace zelvo

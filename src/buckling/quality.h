@@ -2,7 +2,9 @@
 #pragma once
 #include "base/arrays.h"
 #include "buckling/check.h"
-#include "buckling/product.h"
+#include "matrix/product.h"
+
+namespace zelvo {
 
 struct PairQuality {
   double residual;  // |K x - lambda B x| / |K x| over the unrestrained equations
@@ -26,3 +28,5 @@ PairQuality measure_pair(const RowBundles& pattern, const Vector<double>& K,
 void warn_of_loose_pairs(const RowBundles& pattern, const Vector<double>& K,
                          const Vector<double>& B, const EigenOptions& options, int nconv,
                          const Vector<double>& eigval, const Matrix<double>& eigvec);
+
+}  // namespace zelvo

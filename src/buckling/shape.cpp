@@ -5,6 +5,8 @@
 #include "base/text.h"
 #include "model/pattern.h"
 
+namespace zelvo {
+
 namespace {
 
 // Moves the plan origin of a straight girder so far away that its sections, too, stand on circles
@@ -82,3 +84,5 @@ void write_shape_two(const Model& model, const Nodes& nodes, const Vector<double
                      const Matrix<double>& eigvec, int k, std::string& out) {
   shape_block(TWO_GIRDERS, model, nodes, eigval, eigvec, k, out);
 }
+
+}  // namespace zelvo

@@ -21,6 +21,8 @@
 #include "solution/nodal.h"
 #include "solution/supports.h"
 
+namespace zelvo {
+
 namespace {
 
 // The eigenvalue iteration when the input chooses none.
@@ -99,9 +101,9 @@ void write_displacements(Run& run, int k) {
     write_deflections(run.U, m.lgbr, k, run.files.def.text);
   console_line("Post-processing of Deflections Completed");
   if (two_girders(run))
-    write_rotations_two(run.U, m.lgbr, k, m.secdim(2), run.files.rot.text);
+    write_rotations_two(run.U, m.lgbr, k, m.secdim.bottom_width, run.files.rot.text);
   else
-    write_rotations(run.U, m.lgbr, k, m.secdim(2), run.files.rot.text);
+    write_rotations(run.U, m.lgbr, k, m.secdim.bottom_width, run.files.rot.text);
   console_line("Post-processing of Cross Sectional Rotations Completed");
 }
 
@@ -231,3 +233,5 @@ void run_analysis(Run& run, int k) {
   }
   flush_results(run.files);
 }
+
+}  // namespace zelvo

@@ -3,6 +3,8 @@
 #include "base/platform.h"
 #include "base/text.h"
 
+namespace zelvo {
+
 namespace {
 
 // Times up to limit stand in width columns with decimals.
@@ -62,3 +64,5 @@ void print_summary(const Model& model, int nnode, const Elements& elements) {
   console_line(elements.nsupel, "  support elements");
   console_line(elements.nel(), "  total elements");
 }
+
+}  // namespace zelvo

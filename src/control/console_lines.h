@@ -6,6 +6,8 @@
 #include "model/description.h"
 #include "model/elements.h"
 
+namespace zelvo {
+
 // CPU time of the process since the reading before, in seconds.
 struct StepClock {
   double last = 0;
@@ -28,3 +30,5 @@ void blank_line();
 
 // The counts of the model, one to a line.
 void print_summary(const Model& model, int nnode, const Elements& elements);
+
+}  // namespace zelvo

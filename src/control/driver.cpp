@@ -13,6 +13,8 @@
 #include "control/console_lines.h"
 #include "control/input_check.h"
 
+namespace zelvo {
+
 namespace {
 
 // Whole content of an open file.
@@ -130,3 +132,5 @@ int run_program() {
     return EXIT_NO_MEMORY;
   }
 }
+
+}  // namespace zelvo

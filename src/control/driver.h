@@ -11,6 +11,8 @@
 #include "model/nodes.h"
 #include "model/properties.h"
 
+namespace zelvo {
+
 // One block is added to each in every stage. A file that is not open keeps its text in memory.
 struct ResultFiles {
   ResultFile rxn;  // support reactions
@@ -54,3 +56,5 @@ bool stiffness_holds(const Model& model, int k);
 
 // The whole program, in the working directory. Returns the exit status.
 int run_program();
+
+}  // namespace zelvo

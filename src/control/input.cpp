@@ -7,6 +7,8 @@
 
 #include "base/record_reader.h"
 
+namespace zelvo {
+
 namespace {
 
 constexpr std::size_t TITLE_LENGTH = 36;
@@ -210,11 +212,12 @@ const Names BRACE_ROW = {"position", "type", "area"};
 const Names PLATE_ROW = {"length", "thickness"};
 
 Flow take_section(BlockReader& b) {
-  FixedVector<double, 6>& s = b.in.model.secdim;
+  SectionDimensions& s = b.in.model.secdim;
   return take(b,
               {"depth", "bottom flange width", "distance of the web tops", "top flange width",
                "deck width", "deck thickness"},
-              {&s(1), &s(2), &s(3), &s(4), &s(5), &s(6)});
+              {&s.depth, &s.bottom_width, &s.top_spacing, &s.flange_width, &s.deck_width,
+               &s.deck_thickness});
 }
 
 // The records of one keyword, and the cut to the grid.
@@ -380,3 +383,5 @@ ReadOutcome read_input(std::string content, Input& in) {
   if (outcome != ReadOutcome::COMPLETE) in.last_line = records.line;
   return outcome;
 }
+
+}  // namespace zelvo

@@ -7,6 +7,8 @@
 #include "control/keywords.h"
 #include "model/description.h"
 
+namespace zelvo {
+
 // Where a record stands and whether all its values could be converted.
 struct RecordPlace {
   int line = 0;
@@ -39,3 +41,5 @@ enum class ReadOutcome { COMPLETE, EMPTY, INPUT_ERROR };
 // with no keyword. Positions and lengths are cut to the grid, toward zero. Tables grow with the rows
 // that are really there, whatever their count says.
 ReadOutcome read_input(std::string content, Input& in);
+
+}  // namespace zelvo

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdint>
 
+namespace zelvo {
+
 namespace {
 
 // The fault "keyword row R: what (value), must be allowed".
@@ -84,14 +86,21 @@ void check_keywords(Input& in) {
 }
 
 void check_section(Input& in) {
-  constexpr const char* NAMES[] = {
-      "depth",      "bottom flange width", "distance of the web tops", "top flange width",
-      "deck width", "deck thickness"};
   if (!good_heads(in, SECDIM)) return;
-  for (int i = 1; i <= 6; ++i)
-    if (!(in.model.secdim(i) > 0))
-      fault(in, SECDIM, 0, head_line(in, SECDIM), std::string(NAMES[i - 1]) + " is not positive",
-            number(in.model.secdim(i)), "above 0");
+  const SectionDimensions& s = in.model.secdim;
+  const struct {
+    const char* name;
+    double value;
+  } dimensions[] = {{"depth", s.depth},
+                    {"bottom flange width", s.bottom_width},
+                    {"distance of the web tops", s.top_spacing},
+                    {"top flange width", s.flange_width},
+                    {"deck width", s.deck_width},
+                    {"deck thickness", s.deck_thickness}};
+  for (const auto& [name, value] : dimensions)
+    if (!(value > 0))
+      fault(in, SECDIM, 0, head_line(in, SECDIM), std::string(name) + " is not positive",
+            number(value), "above 0");
 }
 
 void check_radius(Input& in) {
@@ -116,10 +125,10 @@ void check_offset(Input& in) {
   if (m.offset < 0)
     return fault(in, OFFSET, 0, line, "offset is negative", number(m.offset), "0 or more");
   if (!good_heads(in, SECDIM)) return;
-  if (2 * m.offset == m.secdim(3))
+  if (2 * m.offset == m.secdim.top_spacing)
     fault(in, OFFSET, 0, line, "web tops of the two girders coincide", number(m.offset),
           "other than half the distance of the web tops");
-  if (2 * m.offset == m.secdim(2))
+  if (2 * m.offset == m.secdim.bottom_width)
     fault(in, OFFSET, 0, line, "bottom flange corners of the two girders coincide",
           number(m.offset), "other than half the bottom flange width");
 }
@@ -221,9 +230,9 @@ void check_buckling(Input& in) {
 }  // namespace
 
 double half_width(const Model& m) {
-  const FixedVector<double, 6>& s = m.secdim;
-  const double girder = std::max(s(3) / 2 + s(4) / 2, s(2) / 2);
-  return std::max(s(5) / 2, m.ngird == 2 ? m.offset + girder : girder);
+  const SectionDimensions& s = m.secdim;
+  const double girder = std::max(s.top_spacing / 2 + s.flange_width / 2, s.bottom_width / 2);
+  return std::max(s.deck_width / 2, m.ngird == 2 ? m.offset + girder : girder);
 }
 
 void check_input(Input& in) {
@@ -237,3 +246,5 @@ void check_input(Input& in) {
   check_pour_sequence(in);
   check_buckling(in);
 }
+
+}  // namespace zelvo

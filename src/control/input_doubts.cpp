@@ -6,6 +6,8 @@
 #include "control/input_check.h"
 #include "model/pattern.h"
 
+namespace zelvo {
+
 namespace {
 
 void doubt(Input& in, Keyword k, int row, int line, const std::string& text) {
@@ -35,15 +37,17 @@ void doubt_lengths(Input& in) {
 
 void doubt_section(Input& in) {
   const Model& m = in.model;
-  const FixedVector<double, 6>& s = m.secdim;
-  const double flanges = s(3) / 2 + s(4) / 2;  // centre of a girder to its outer flange edge
+  const SectionDimensions& s = m.secdim;
+  const double flanges =
+      s.top_spacing / 2 + s.flange_width / 2;  // centre of a girder to its outer flange edge
   const int line = in.block[SECDIM].line;
-  if (s(5) / 2 < (m.ngird == 2 ? m.offset + flanges : flanges))
-    doubt(in, SECDIM, 0, line, "the deck is narrower than the top flanges (" + number(s(5)) + ")");
-  if (s(4) >= s(3))
+  if (s.deck_width / 2 < (m.ngird == 2 ? m.offset + flanges : flanges))
     doubt(in, SECDIM, 0, line,
-          "the top flanges of a girder meet or overlap (" + number(s(4)) + " wide)");
-  if (m.ngird == 2 && m.offset <= std::max(flanges, s(2) / 2))
+          "the deck is narrower than the top flanges (" + number(s.deck_width) + ")");
+  if (s.flange_width >= s.top_spacing)
+    doubt(in, SECDIM, 0, line,
+          "the top flanges of a girder meet or overlap (" + number(s.flange_width) + " wide)");
+  if (m.ngird == 2 && m.offset <= std::max(flanges, s.bottom_width / 2))
     doubt(in, OFFSET, 0, in.block[OFFSET].line > 0 ? in.block[OFFSET].line : in.last_line,
           "the two girders touch or overlap (" + number(m.offset) + ")");
   if (m.rcurv > 0 && m.lgbr / m.rcurv > std::numbers::pi / 2)
@@ -145,3 +149,5 @@ void doubt_input(Input& in) {
   doubt_stages(in);
   doubt_buckling(in);
 }
+
+}  // namespace zelvo

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+namespace zelvo {
+
 void add_fault(InputNotes& notes, int line, std::string text) {
   if (notes.faults.size() == MAX_NOTES) {
     ++notes.faults_left_out;
@@ -58,3 +60,5 @@ std::string note_lines(const InputNotes& notes) {
         .append(" more faults\n");
   return out;
 }
+
+}  // namespace zelvo

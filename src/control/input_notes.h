@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+namespace zelvo {
+
 constexpr const char* INPUT_FILE = "zvinp.txt";
 
 struct Note {
@@ -32,3 +34,5 @@ std::string printable(std::string_view text);
 // All notes by line number, "zvinp.txt:LINE: text" for faults, "zvinp.txt:LINE: warning: text" for
 // warnings.
 std::string note_lines(const InputNotes& notes);
+
+}  // namespace zelvo

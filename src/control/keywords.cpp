@@ -4,6 +4,8 @@
 #include <array>
 #include <string>
 
+namespace zelvo {
+
 namespace {
 
 constexpr std::size_t LONGEST = KEYWORD_LENGTH;
@@ -51,3 +53,5 @@ std::string_view near_keyword(std::string_view word) {
   compare(END_KEYWORD);
   return nearest;
 }
+
+}  // namespace zelvo

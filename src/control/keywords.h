@@ -2,6 +2,8 @@
 #pragma once
 #include <string_view>
 
+namespace zelvo {
+
 // In the order in which a word of the file is compared with them.
 enum Keyword {
   PRNAME,
@@ -40,3 +42,5 @@ Keyword find_keyword(std::string_view word);
 // missing, in excess or exchanged; empty if there is none. A short keyword allows one such error
 // only.
 std::string_view near_keyword(std::string_view word);
+
+}  // namespace zelvo

@@ -6,8 +6,20 @@
 
 #include "base/arrays.h"
 
+namespace zelvo {
+
 constexpr int STATION_SPACING = 12;  // inches between stations
 constexpr int BAY_LENGTH = 24;       // inches, two stations: one shell element
+
+// Dimensions of a girder's section and of the deck, inches, mid-plane to mid-plane.
+struct SectionDimensions {
+  double depth = 0;           // plumb, bottom flange to top flanges
+  double bottom_width = 0;    // of the bottom flange
+  double top_spacing = 0;     // between the web tops
+  double flange_width = 0;    // of a top flange
+  double deck_width = 0;      // of the whole deck
+  double deck_thickness = 0;  // upward from the top flanges
+};
 
 struct Model {
   std::string prname;  // title of the job, not used again
@@ -15,9 +27,7 @@ struct Model {
   double rcurv = 0;    // radius of the reference line, 0 for a straight girder
   int lgbr = 0;        // length along the reference line
   double offset = 0;   // half the distance between the girder centrelines
-  // depth, bottom flange width, distance between the web tops, top flange width, deck width,
-  // deck thickness
-  FixedVector<double, 6> secdim{};
+  SectionDimensions secdim;
 
   // Plate segments follow one another from the first end of the girder: length, thickness.
   int nweb = 0, nbotf = 0, ntopf = 0;
@@ -70,3 +80,5 @@ struct PlateSegments {
 inline PlateSegments web_segments(const Model& m) { return {m.nweb, m.web_len, m.web_t}; }
 inline PlateSegments bottom_segments(const Model& m) { return {m.nbotf, m.botf_len, m.botf_t}; }
 inline PlateSegments top_segments(const Model& m) { return {m.ntopf, m.topf_len, m.topf_t}; }
+
+}  // namespace zelvo

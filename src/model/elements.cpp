@@ -5,6 +5,8 @@
 
 #include "model/pattern.h"
 
+namespace zelvo {
+
 namespace {
 
 // Global nodes of one station.
@@ -148,3 +150,5 @@ Elements generate_elements(const Model& model) {
   restrained_nodes(pattern, model, el);
   return el;
 }
+
+}  // namespace zelvo

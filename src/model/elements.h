@@ -4,6 +4,8 @@
 #include "base/arrays.h"
 #include "model/description.h"
 
+namespace zelvo {
+
 struct Elements {
   int nshell = 0, nibel = 0, nebel = 0, nlatel = 0, nwsel = 0, nstud = 0, nsupel = 0;
   Matrix<int> shconn;   // (9,nshell) shells, bay by bay
@@ -21,3 +23,5 @@ struct Elements {
 // Computes all tables from positions and the section pattern: nothing is searched. Positions must
 // lie on the girder, lateral types are 1 or 2, external braces need two girders.
 Elements generate_elements(const Model& model);
+
+}  // namespace zelvo

@@ -10,6 +10,8 @@
 #include "base/text.h"
 #include "model/pattern.h"
 
+namespace zelvo {
+
 namespace {
 
 // Lists of varying length, one behind the other: list i is item(start(i)) to item(start(i+1) - 1).
@@ -243,3 +245,5 @@ void add_node_blocks(const double* ke, int ld, const int* node, int nen, int ndo
   else
     add_rows<3>(ke, ld, sorted, nen, place, pattern, K.data());
 }
+
+}  // namespace zelvo

@@ -6,6 +6,8 @@
 #include "base/arrays.h"
 #include "model/elements.h"
 
+namespace zelvo {
+
 struct MatrixPattern {
   int n = 0;       // equations, five per node
   int nnz = 0;     // stored entries
@@ -35,3 +37,5 @@ void add_element(const double* ke, int ld, const int* dof, int n, const MatrixPa
 //   ndof                       in   3 or 5
 void add_node_blocks(const double* ke, int ld, const int* node, int nen, int ndof,
                      const MatrixPattern& pattern, Vector<double>& K);
+
+}  // namespace zelvo

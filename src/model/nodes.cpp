@@ -7,6 +7,8 @@
 #include "base/failures.h"
 #include "model/pattern.h"
 
+namespace zelvo {
+
 namespace {
 
 using Vec3 = FixedVector<double, 3>;
@@ -35,28 +37,28 @@ void mirror_deck(Section& s, int middle) {
 }
 
 // Deck rows of the left half: overhang, flange by flange, and the stretches between.
-void deck_one(const FixedVector<double, 6>& secdim, Section& s) {
-  const double a = secdim(3) / 2, b = secdim(4) / 2;
-  s.x(1) = -secdim(5) / 2;
+void deck_one(const SectionDimensions& secdim, Section& s) {
+  const double a = secdim.top_spacing / 2, b = secdim.flange_width / 2;
+  s.x(1) = -secdim.deck_width / 2;
   s.x(5) = -(a + b);
   divide(s, 1, 5);
-  step_over_flange(s, 5, secdim(4));
+  step_over_flange(s, 5, secdim.flange_width);
   s.x(11) = 0;
   divide(s, 9, 11);
   mirror_deck(s, 11);
 }
 
-void deck_two(const FixedVector<double, 6>& secdim, double d, Section& s) {
-  const double a = secdim(3) / 2, b = secdim(4) / 2;
-  s.x(1) = -secdim(5) / 2;
+void deck_two(const SectionDimensions& secdim, double d, Section& s) {
+  const double a = secdim.top_spacing / 2, b = secdim.flange_width / 2;
+  s.x(1) = -secdim.deck_width / 2;
   s.x(5) = -(d + a + b);
   divide(s, 1, 5);
-  step_over_flange(s, 5, secdim(4));
+  step_over_flange(s, 5, secdim.flange_width);
   s.x(11) = -d;
   divide(s, 9, 11);
   s.x(13) = a - d - b;
   divide(s, 11, 13);
-  step_over_flange(s, 13, secdim(4));
+  step_over_flange(s, 13, secdim.flange_width);
   s.x(21) = 0;
   divide(s, 17, 21);
   mirror_deck(s, 21);
@@ -85,14 +87,14 @@ void steel(const GirderPattern& g, double centre, double bottom_width, Section& 
 
 Section first_section(const SectionPattern& pattern, const Model& model) {
   Section s{};
-  for (int m = 1; m <= pattern.deck_nodes; ++m) s.y(m) = model.secdim(1);
+  for (int m = 1; m <= pattern.deck_nodes; ++m) s.y(m) = model.secdim.depth;
   if (pattern.girders == 1) {
     deck_one(model.secdim, s);
-    steel(pattern.girder[0], 0, model.secdim(2), s);
+    steel(pattern.girder[0], 0, model.secdim.bottom_width, s);
   } else {
     deck_two(model.secdim, model.offset, s);
-    steel(pattern.girder[0], -model.offset, model.secdim(2), s);
-    steel(pattern.girder[1], model.offset, model.secdim(2), s);
+    steel(pattern.girder[0], -model.offset, model.secdim.bottom_width, s);
+    steel(pattern.girder[1], model.offset, model.secdim.bottom_width, s);
   }
   return s;
 }
@@ -183,3 +185,5 @@ void generate_nodes_one(const Model& model, Nodes& nodes) {
 void generate_nodes_two(const Model& model, Nodes& nodes) {
   generate_nodes(TWO_GIRDERS, model, nodes);
 }
+
+}  // namespace zelvo

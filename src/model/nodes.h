@@ -3,6 +3,8 @@
 #include "base/arrays.h"
 #include "model/description.h"
 
+namespace zelvo {
+
 struct Nodes {
   int nnode = 0;
   Matrix<double> xyz;  // (3,nnode) inches; x across, y up from the bottom flange, z along
@@ -19,3 +21,5 @@ int node_count(const Model& model);
 // origin. The radius must be positive and larger than half the width of the structure.
 void generate_nodes_one(const Model& model, Nodes& nodes);
 void generate_nodes_two(const Model& model, Nodes& nodes);
+
+}  // namespace zelvo

@@ -5,6 +5,8 @@
 #pragma once
 #include "base/arrays.h"
 
+namespace zelvo {
+
 // Equation of freedom d (1 to 5) of a node: u, v, w along x, y, z, then alpha about vt1, beta about
 // vt2.
 constexpr int NDOF = 5;
@@ -133,3 +135,5 @@ static_assert(TWO_GIRDERS.strips == 52 && TWO_GIRDERS.links == 12);
 constexpr const SectionPattern& section_pattern(int ngird) {
   return ngird == 2 ? TWO_GIRDERS : ONE_GIRDER;
 }
+
+}  // namespace zelvo

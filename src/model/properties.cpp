@@ -4,6 +4,8 @@
 
 #include "model/pattern.h"
 
+namespace zelvo {
+
 namespace {
 
 constexpr double STEEL_POISSON = 0.3, CONCRETE_POISSON = 0.2;
@@ -28,8 +30,8 @@ Array3<double> shell_properties(const Model& model) {
       for (int i = 1; i <= plates.n; ++i)
         set_material(shprop, k, ++m, STEEL_E, STEEL_POISSON, plates.t(i), STEEL_PLATE);
     for (int j = 1; j <= model.npour; ++j)
-      set_material(shprop, k, ++m, model.pour_e(k, j), CONCRETE_POISSON, model.secdim(6),
-                   CONCRETE_DECK);
+      set_material(shprop, k, ++m, model.pour_e(k, j), CONCRETE_POISSON,
+                   model.secdim.deck_thickness, CONCRETE_DECK);
   }
   return shprop;
 }
@@ -146,3 +148,5 @@ Properties generate_properties(const Model& model, const Elements& elements) {
                       [&](int i, int web) { return webs * (i - 1) + web; });
   return p;
 }
+
+}  // namespace zelvo

@@ -4,6 +4,8 @@
 #include "model/description.h"
 #include "model/elements.h"
 
+namespace zelvo {
+
 constexpr double STEEL_E = 29600.0;  // ksi
 
 // Columns of shprop.
@@ -75,3 +77,5 @@ constexpr ShapeTables shape_tables() {
 }
 
 inline constexpr ShapeTables SHAPE = shape_tables();
+
+}  // namespace zelvo

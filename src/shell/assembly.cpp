@@ -2,6 +2,8 @@
 
 #include "model/pattern.h"
 
+namespace zelvo {
+
 void assemble_shells(const Nodes& nodes, const Elements& elements, const Properties& properties,
                      int k, const MatrixPattern& pattern, Vector<double>& K) {
   ShellWork w;
@@ -13,3 +15,5 @@ void assemble_shells(const Nodes& nodes, const Elements& elements, const Propert
                     K);
   }
 }
+
+}  // namespace zelvo

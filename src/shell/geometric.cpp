@@ -3,6 +3,8 @@
 #include "model/pattern.h"
 #include "shell/points.h"
 
+namespace zelvo {
+
 // Displacement is a sum of N_k u_k and of zeta N_k times h(-alpha vt2 + beta vt1): node vectors that
 // do not vary over the element. So all that the points give are the sums of a' M b over the
 // gradients a, b of N_k and of zeta N_k (9 of each, with M the stress tensor), and an entry of kge
@@ -68,3 +70,5 @@ void assemble_shell_geometric(const Nodes& nodes, const Elements& elements,
                     KG);
   }
 }
+
+}  // namespace zelvo

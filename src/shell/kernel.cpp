@@ -4,6 +4,8 @@
 #include "model/pattern.h"
 #include "shell/points.h"
 
+namespace zelvo {
+
 void gather_shell(const Nodes& nodes, const Elements& elements, const Properties& properties, int k,
                   int e, ShellWork& w) {
   for (int i = 1; i <= SHELL_NODES; ++i) {
@@ -53,3 +55,5 @@ void shell_stiffness(const ShellWork& w, ShellMatrix& ke) {
   map_points(s, last_inverse().stiffness, f);
   shell_product(s, f, ke);
 }
+
+}  // namespace zelvo

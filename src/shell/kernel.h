@@ -10,6 +10,8 @@
 #include "model/nodes.h"
 #include "model/properties.h"
 
+namespace zelvo {
+
 constexpr int SHELL_NODES = 9, SHELL_DOFS = 45;
 using ShellMatrix = FixedMatrix<double, SHELL_DOFS, SHELL_DOFS>;
 using ShellVector = FixedVector<double, SHELL_DOFS>;
@@ -37,3 +39,5 @@ double invert3(const FixedMatrix<double, 3, 3>& a, FixedMatrix<double, 3, 3>& ai
 // ke, kip/in: exactly symmetric, all of it written. A point with a determinant below the limit of
 // invert3 goes on with the inverse of the point before it, of the last element if it is the first.
 void shell_stiffness(const ShellWork& w, ShellMatrix& ke);
+
+}  // namespace zelvo

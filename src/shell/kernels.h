@@ -6,6 +6,8 @@
 // Plain arrays counted from 0 here, so that nothing is shared between the two but these structs.
 #pragma once
 
+namespace zelvo {
+
 constexpr int SHELL_POINTS = 18, SHELL_LANES = 20;
 
 // Shape functions of the nine nodes and their surface derivatives at every lane, weights.
@@ -42,3 +44,5 @@ namespace shell_plain {
 namespace shell_avx2 {
 #include "shell/kernels_decl.h"
 }
+
+}  // namespace zelvo

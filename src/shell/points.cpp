@@ -1,5 +1,7 @@
 #include "shell/points.h"
 
+namespace zelvo {
+
 // Thickness points. The two-point Gauss rule about the middle surface; a deck stands with its whole
 // thickness on the director side of its nodes, so there the same rule is moved up by 1.
 constexpr double ZETA = 0.5773502691896258;  // 1/sqrt(3)
@@ -129,3 +131,5 @@ void gradient_products(const ShellData& s, const PointFrames& f, const PointStre
   wide() ? shell_avx2::gradient_products(LANES, s, f, S, c.data())
          : shell_plain::gradient_products(LANES, s, f, S, c.data());
 }
+
+}  // namespace zelvo

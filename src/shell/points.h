@@ -3,6 +3,8 @@
 #include "shell/kernel.h"
 #include "shell/kernels.h"
 
+namespace zelvo {
+
 using Matrix3 = FixedMatrix<double, 3, 3>;
 
 // Inverse Jacobian that the last point of each use left behind, zero at first. A point whose mapping
@@ -36,3 +38,5 @@ void node_forces(const ShellData& s, const PointFrames& f, const PointStresses& 
                  FixedVector<double, 5>& force);
 void gradient_products(const ShellData& s, const PointFrames& f, const PointStresses& S,
                        FixedMatrix<double, 18, 18>& c);
+
+}  // namespace zelvo

@@ -7,6 +7,8 @@
 #include "shell/points.h"
 #include "shell/stress.h"
 
+namespace zelvo {
+
 // Element nodes on the edge eta = -1, on the edge eta = +1.
 constexpr int NEAR_EDGE[3] = {1, 2, 5}, FAR_EDGE[3] = {3, 4, 7};
 constexpr double INCHES_PER_FOOT = 12;
@@ -153,3 +155,5 @@ void section_forces_two(const Model& model, const Nodes& nodes, const Elements& 
                         std::string& sec, std::string& str) {
   section_forces(TWO_GIRDERS, model, nodes, elements, properties, U, k, sec, str);
 }
+
+}  // namespace zelvo

@@ -4,6 +4,8 @@
 
 #include "shell/kernel.h"
 
+namespace zelvo {
+
 // Axes of a section: across the girder, along it, up.
 struct SectionFrame {
   FixedVector<double, 3> a, b, c;
@@ -30,3 +32,5 @@ void section_forces_one(const Model& model, const Nodes& nodes, const Elements& 
 void section_forces_two(const Model& model, const Nodes& nodes, const Elements& elements,
                         const Properties& properties, const Vector<double>& U, int k,
                         std::string& sec, std::string& str);
+
+}  // namespace zelvo

@@ -3,6 +3,8 @@
 #include "model/pattern.h"
 #include "shell/points.h"
 
+namespace zelvo {
+
 using Vector3 = FixedVector<double, 3>;
 
 // Components of column k of a table of global vectors in the local frame e.
@@ -55,3 +57,5 @@ void shell_stresses(const ShellWork& w, const ShellVector& d, FixedMatrix<double
   for (int p = 1; p <= SHELL_POINTS; ++p)
     for (int r = 1; r <= 6; ++r) sig(r, p) = S.local[r - 1][p - 1];
 }
+
+}  // namespace zelvo

@@ -6,6 +6,8 @@
 #include "base/text.h"
 #include "sparse/solver.h"
 
+namespace zelvo {
+
 void solve_linear(const MatrixPattern& pattern, const Vector<double>& K, const Vector<double>& F,
                   Vector<double>& U) {
   SolverHandle* handle = nullptr;
@@ -29,3 +31,5 @@ void solve_linear(const MatrixPattern& pattern, const Vector<double>& K, const V
   const int deleted = solver_delete(handle, 0);  // after a failure too, but then without a line
   if (solved) done(deleted, "Deletion");
 }
+
+}  // namespace zelvo

@@ -3,6 +3,8 @@
 #include "base/arrays.h"
 #include "model/matrix.h"
 
+namespace zelvo {
+
 // Solves K U = F by the sparse direct solver, with a console line for each finished step. A matrix
 // that is not positive definite (a mechanism) is reported by a line and leaves U as it was.
 //
@@ -11,3 +13,5 @@
 //   U  (n)    out
 void solve_linear(const MatrixPattern& pattern, const Vector<double>& K, const Vector<double>& F,
                   Vector<double>& U);
+
+}  // namespace zelvo

@@ -5,6 +5,8 @@
 #include "base/text.h"
 #include "model/pattern.h"
 
+namespace zelvo {
+
 namespace {
 
 // Load codes of one girder.
@@ -69,9 +71,9 @@ void add_self_weight(const Loading& load, const Model& m, double dw) {
   };
   each_girder(left_web, dw / 4, web_segments(m));
   each_girder(right_web, dw / 4, web_segments(m));
-  each_girder(left_top, m.secdim(4) / 2, top_segments(m));
-  each_girder(right_top, m.secdim(4) / 2, top_segments(m));
-  each_girder(bottom, m.secdim(2) / 4, bottom_segments(m));
+  each_girder(left_top, m.secdim.flange_width / 2, top_segments(m));
+  each_girder(right_top, m.secdim.flange_width / 2, top_segments(m));
+  each_girder(bottom, m.secdim.bottom_width / 4, bottom_segments(m));
 }
 
 // Visits the rows of every pour segment, both of its end rows included.
@@ -106,7 +108,7 @@ void load_bottom_flange(const Loading& load, const Model& m, int k) {
 // Forces along z at both ends: the couple of the flange force over the depth.
 void store_end_couples(const Loading& load, const Model& m, int k) {
   const double length = m.lgbr;
-  const double force = length * length * (m.pour_load(k, 1) / 12) / (8 * m.secdim(1));
+  const double force = length * length * (m.pour_load(k, 1) / 12) / (8 * m.secdim.depth);
   console_line("Force applied to top and bottom flange = ", force);
   const PlateLine line = bottom(load.pattern.girder[0]);
   const auto store = [&](int row, double sign) {
@@ -155,3 +157,5 @@ void load_two_girders(const Model& model, int k, bool selfwt, double dw, Vector<
   if (selfwt) add_self_weight(load, model, dw);
   load_top_flanges(load, model, k);
 }
+
+}  // namespace zelvo

@@ -5,6 +5,8 @@
 #include "model/description.h"
 #include "model/nodes.h"
 
+namespace zelvo {
+
 constexpr double STEEL_DENSITY = 0.49 / 1728;  // kip/in^3: 490 lb/ft^3
 
 // Slant length of the left web at the first station, inches.
@@ -21,3 +23,5 @@ double web_width(const Model& model, const Nodes& nodes);
 // anything else is no load. Two girders are always loaded on the top flanges.
 void load_one_girder(const Model& model, int k, bool selfwt, double dw, Vector<double>& F);
 void load_two_girders(const Model& model, int k, bool selfwt, double dw, Vector<double>& F);
+
+}  // namespace zelvo

@@ -5,6 +5,8 @@
 #include "model/pattern.h"
 #include "solution/supports.h"
 
+namespace zelvo {
+
 namespace {
 
 // Heading, then a row for every second station with a value of its two web feet's vertical
@@ -81,3 +83,5 @@ void write_reactions(const Elements& elements, const Vector<double>& U, int ngir
     }
   }
 }
+
+}  // namespace zelvo

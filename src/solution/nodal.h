@@ -6,6 +6,8 @@
 #include "base/arrays.h"
 #include "model/elements.h"
 
+namespace zelvo {
+
 // Vertical displacement of the first girder every 24 inches, the mean of its two web feet, inches.
 //
 //   U  (equations)  in  displacements, inches and radians
@@ -23,3 +25,5 @@ void write_rotations_two(const Vector<double>& U, int lgbr, int k, double flange
 // of the nine nodes of its bottom flange.
 void write_reactions(const Elements& elements, const Vector<double>& U, int ngird, int k,
                      std::string& out);
+
+}  // namespace zelvo

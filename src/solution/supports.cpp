@@ -5,6 +5,8 @@
 
 #include "model/pattern.h"
 
+namespace zelvo {
+
 namespace {
 
 constexpr int FLANGE_NODES = 9;       // restrained nodes of a girder at a support
@@ -51,3 +53,5 @@ void apply_supports(const Model& model, const Elements& elements, const MatrixPa
     }
   }
 }
+
+}  // namespace zelvo

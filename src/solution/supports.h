@@ -5,6 +5,8 @@
 #include "model/elements.h"
 #include "model/matrix.h"
 
+namespace zelvo {
+
 // Stiffness that holds a freedom of the pinned support, and every support vertically, kip/in. The
 // reactions are read back from the displacements it leaves.
 constexpr double BIG = 1.0e20;
@@ -17,3 +19,5 @@ constexpr double BIG = 1.0e20;
 //   K  (nnz)  in/out  assembled stiffness
 void apply_supports(const Model& model, const Elements& elements, const MatrixPattern& pattern,
                     Vector<double>& K);
+
+}  // namespace zelvo

@@ -3,6 +3,8 @@
 #include "sparse/ordering.h"
 #include "sparse/supertree.h"
 
+namespace zelvo {
+
 int reorder(int neqns, const int* ia, const int* ja, const int* user_perm, int maxsup,
             Reordering& r, FactorStructure& f) {
   f = FactorStructure{};
@@ -38,3 +40,5 @@ int analyse(int neqns, [[maybe_unused]] int nnza, const int* ia, const int* ja,
   const int fault = reorder(neqns, ia, ja, user_perm, PANEL_LIMIT, r, f);
   return fault != 0 ? fault : symbolic(ia, ja, r, f);
 }
+
+}  // namespace zelvo

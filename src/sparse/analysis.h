@@ -7,6 +7,8 @@
 #include "sparse/structure.h"
 #include "sparse/symbolic.h"
 
+namespace zelvo {
+
 constexpr int PANEL_LIMIT = 80;        // columns of a supernode
 constexpr int BAD_PERMUTATION = -190;  // the caller's order is no permutation
 
@@ -34,3 +36,5 @@ int symbolic(const int* ia, const int* ja, Reordering& r, FactorStructure& f);
 // Both; nnza = ia(neqns+1)-1 stored values.
 int analyse(int neqns, int nnza, const int* ia, const int* ja, const int* user_perm,
             FactorStructure& f);
+
+}  // namespace zelvo

@@ -3,6 +3,8 @@
 #pragma once
 #include <cstddef>
 
+namespace zelvo {
+
 constexpr int MAX_LANES = 4;  // doubles in the widest vector register of the kernels
 
 // k columns of the left operand of an update, in steps of lda. D has a value every `step`, or d is
@@ -24,3 +26,5 @@ namespace kernels_avx2 {
 
 // Whether this processor runs kernels_avx2.
 bool have_avx2();
+
+}  // namespace zelvo

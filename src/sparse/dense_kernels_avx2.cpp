@@ -6,7 +6,11 @@
 #include <math.h>
 #endif
 
+namespace zelvo {
+
 namespace kernels_avx2 {
 constexpr int LANES = 4, MAX_NV = 3;
 #include "sparse/dense_kernels_body.h"
 }  // namespace kernels_avx2
+
+}  // namespace zelvo

@@ -6,6 +6,8 @@
 #include <math.h>
 #endif
 
+namespace zelvo {
+
 namespace kernels_plain {
 constexpr int LANES = 2, MAX_NV = 4;
 #include "sparse/dense_kernels_body.h"
@@ -19,3 +21,5 @@ bool have_avx2() {
   return false;
 #endif
 }
+
+}  // namespace zelvo

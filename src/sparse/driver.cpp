@@ -10,6 +10,8 @@
 #include "sparse/analysis.h"
 #include "sparse/numeric.h"
 
+namespace zelvo {
+
 constexpr int NOT_SET = -777777;
 
 struct FactorEntry {
@@ -240,3 +242,5 @@ void sparse_driver(PointerBlock& pt, int max_fac_store, int matrix_number, int m
   if (ends_early(pt, q, error)) return;
   error = run_stages(pt, q, a, ja, perm, b, iparam(6) == 1 ? b : x);
 }
+
+}  // namespace zelvo

@@ -3,6 +3,8 @@
 #pragma once
 #include "base/arrays.h"
 
+namespace zelvo {
+
 struct DriverState;
 
 // What the caller keeps between calls, as it is before the first one.
@@ -46,3 +48,5 @@ void sparse_driver(PointerBlock& pt, int max_fac_store, int matrix_number, int m
                    int neqns, const double* a, const int* ia, const int* ja, const int* perm,
                    int nb, const DriverParameters& iparam, int message_flag, double* b, double* x,
                    int& error);
+
+}  // namespace zelvo

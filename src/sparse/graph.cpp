@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace zelvo {
+
 // Columns of row i: *begin to *end - 1.
 struct Row {
   const int *begin_, *end_;
@@ -173,3 +175,5 @@ int build_graph(int neqns, const int* ia, const int* ja, bool compress, Groups& 
   if (!ascending) tidy_lists(graph);
   return 0;
 }
+
+}  // namespace zelvo

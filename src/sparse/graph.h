@@ -8,6 +8,8 @@
 #pragma once
 #include "base/arrays.h"
 
+namespace zelvo {
+
 // Equations by groups. Groups are numbered by their smallest equation.
 struct Groups {
   int count = 0;
@@ -34,3 +36,5 @@ constexpr int BAD_COLUMN = -170;  // a column number outside the upper triangle
 // A graph with more than 2^31-1 list entries throws MemoryFailure.
 int build_graph(int neqns, const int* ia, const int* ja, bool compress, Groups& groups,
                 Graph& graph);
+
+}  // namespace zelvo

@@ -5,6 +5,8 @@
 
 #include "sparse/dense_kernels.h"
 
+namespace zelvo {
+
 namespace {
 
 // A supernode as a dense rectangle: columns f to f + c - 1, rows row[0..r-1].
@@ -223,3 +225,5 @@ void solve_ldl(const FactorStructure& s, NumericWork& w, const double* b, int nr
   for (int q = 0; q < nrhs; ++q)
     solve(s, true, w, b + std::ptrdiff_t{s.neqns} * q, x + std::ptrdiff_t{s.neqns} * q);
 }
+
+}  // namespace zelvo

@@ -10,6 +10,8 @@
 #include "sparse/dense_kernels.h"
 #include "sparse/structure.h"
 
+namespace zelvo {
+
 // Factor and work storage of one matrix. It outlives the call: a second factorization of the same
 // structure finds everything large enough and allocates nothing.
 struct NumericWork {
@@ -49,3 +51,5 @@ int factor_ldl(const FactorStructure& s, const double* a, NumericWork& w);
 //   b, x  (neqns,nrhs)  in, out; they may be the same array
 void solve_cholesky(const FactorStructure& s, NumericWork& w, const double* b, int nrhs, double* x);
 void solve_ldl(const FactorStructure& s, NumericWork& w, const double* b, int nrhs, double* x);
+
+}  // namespace zelvo

@@ -2,6 +2,8 @@
 
 #include <metis.h>
 
+namespace zelvo {
+
 static_assert(sizeof(idx_t) == sizeof(int), "METIS must be built with 32-bit indices");
 
 void dissect(Graph& graph, const Groups& groups, Vector<int>& perm, Vector<int>& invp) {
@@ -37,3 +39,5 @@ bool take_order(int neqns, const int* user_perm, Vector<int>& perm, Vector<int>&
   }
   return true;
 }
+
+}  // namespace zelvo

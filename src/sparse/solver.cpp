@@ -9,6 +9,8 @@
 #include "base/text.h"
 #include "sparse/driver.h"
 
+namespace zelvo {
+
 enum State { CREATED, DEFINED, REORDERED, FACTORED, SOLVED, DELETED };
 
 struct SolverHandle {
@@ -268,3 +270,5 @@ int solver_delete(SolverHandle*& handle, std::uint32_t options) {
   handle = nullptr;
   return code;
 }
+
+}  // namespace zelvo

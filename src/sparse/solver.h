@@ -7,6 +7,8 @@
 #pragma once
 #include <cstdint>
 
+namespace zelvo {
+
 struct SolverHandle;
 
 // Option words: the fields of a word are joined with |; 0 leaves everything at its default. Levels
@@ -54,3 +56,5 @@ int solver_solve_real(SolverHandle* handle, std::uint32_t options, const double*
 
 // Frees the handle and all memory of the solver and sets the handle to null. Options: levels.
 int solver_delete(SolverHandle*& handle, std::uint32_t options);
+
+}  // namespace zelvo

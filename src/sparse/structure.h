@@ -8,6 +8,8 @@
 
 #include "base/arrays.h"
 
+namespace zelvo {
+
 struct FactorStructure {
   int neqns = 0;
   int nsuper = 0;
@@ -30,3 +32,5 @@ struct FactorStructure {
   Vector<int> xchild, child;     // (nsuper+1), (nsuper) children of each supernode, ascending
   Vector<int> topdown;           // (nsuper) order of the backward solve, parents first
 };
+
+}  // namespace zelvo

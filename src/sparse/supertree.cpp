@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace zelvo {
+
 static std::int64_t first_below(const FactorStructure& f, int J) {
   return f.xlindx(J) + (f.xsuper(J + 1) - f.xsuper(J));
 }
@@ -90,3 +92,5 @@ void supernode_tree(FactorStructure& f) {
   order_downward(f);
   f.update_size = largest_update(f);
 }
+
+}  // namespace zelvo

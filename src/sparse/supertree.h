@@ -2,5 +2,9 @@
 #pragma once
 #include "sparse/structure.h"
 
+namespace zelvo {
+
 // From the row lists of f: sparent, ncolupd, snorder, xchild, child, topdown and update_size.
 void supernode_tree(FactorStructure& f);
+
+}  // namespace zelvo

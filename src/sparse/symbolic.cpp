@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace zelvo {
+
 void find_chains(const GroupTree& tree, Chains& chains) {
   chains.chain = Vector<int>(tree.n, "chains of columns", UNINITIALIZED);
   chains.xchain = Vector<int>(tree.n + 1, "chains of columns", UNINITIALIZED);
@@ -237,3 +239,5 @@ void place_values(const int* ia, const int* ja, const Groups& groups, const Grap
     }
   }
 }
+
+}  // namespace zelvo

@@ -8,6 +8,8 @@
 #include "sparse/structure.h"
 #include "sparse/tree.h"
 
+namespace zelvo {
+
 struct Chains {
   int count = 0;
   Vector<int> xchain;          // (count+1) first group of each chain, new numbers
@@ -35,3 +37,5 @@ void expand_rows(const GroupTree& tree, const Chains& chains, FactorStructure& f
 // luperm: the place in lnz of each stored value of A.
 void place_values(const int* ia, const int* ja, const Groups& groups, const Graph& graph,
                   const GroupTree& tree, const Chains& chains, FactorStructure& f);
+
+}  // namespace zelvo

@@ -1,5 +1,7 @@
 #include "sparse/tree.h"
 
+namespace zelvo {
+
 void elimination_tree(const Graph& graph, GroupTree& tree) {
   tree.parent = Vector<int>(tree.n, "elimination tree");
   Vector<int> ancestor(tree.n, "elimination tree");
@@ -172,3 +174,5 @@ void sfinit(const Graph& graph, const Groups& groups, GroupTree& tree) {
   tree.first(1) = 1;
   for (int v = 1; v <= tree.n; ++v) tree.first(v + 1) = tree.first(v) + tree.weight(v);
 }
+
+}  // namespace zelvo

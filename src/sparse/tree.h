@@ -5,6 +5,8 @@
 #pragma once
 #include "sparse/graph.h"
 
+namespace zelvo {
+
 struct GroupTree {
   int n = 0;
   Vector<int> perm, invp;  // (n) perm(new) = old group, invp(old) = new
@@ -24,3 +26,5 @@ void sfinit(const Graph& graph, const Groups& groups, GroupTree& tree);
 
 // Tree of the ordered graph by ancestors with path compression (Liu 1990).
 void elimination_tree(const Graph& graph, GroupTree& tree);
+
+}  // namespace zelvo

@@ -7,9 +7,11 @@
 #include "bars/laterals.h"
 #include "bars/studs.h"
 #include "bars/supports.h"
-#include "buckling/product.h"
+#include "matrix/product.h"
 #include "model/pattern.h"
 #include "support/models.h"
+
+using namespace zelvo;
 
 // Translations by 1 (t = 1 to 3) and rotations by 0.001 about the axes (4 to 6) of the whole
 // structure. alpha stays zero: its one use here is the torsion of stiffeners, which their ends hold.

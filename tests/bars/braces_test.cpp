@@ -6,6 +6,8 @@
 #include "bars/gather.h"
 #include "bars/geometric.h"
 
+using namespace zelvo;
+
 // Four corners of a section, 60 deep.
 static const BraceCorners CORNERS{{-50, 60, 0, 50, 60, 0, -35, 0, 0, 35, 0, 0}};
 static const FixedVector<double, 3> AREA_5{{29600.0, 5.0, 1.0}};

@@ -4,6 +4,8 @@
 
 #include "bars/geometric.h"
 
+using namespace zelvo;
+
 TEST(StiffenerTable, MatchesTheCondensedChain) {
   const double first[9] = {1.6076951,  -3.6461709, 2.5846834,  -0.6925626, 0.1855670,
                            -0.0497054, 0.0132548,  -0.0033137, 0.0005523};

@@ -4,6 +4,8 @@
 
 #include <sstream>
 
+using namespace zelvo;
+
 // All rows of an integer and a real in a text, "-" for a value left as it was: "7 0.5|8 -|". A
 // fault adds "!line.item" and its text.
 static std::string rows(const std::string& text) {

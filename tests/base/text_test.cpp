@@ -4,6 +4,8 @@
 
 #include <limits>
 
+using namespace zelvo;
+
 TEST(FixedField, AlignsToTheRightAndFillsWithAsterisksWhenTooNarrow) {
   constexpr double infinity = std::numeric_limits<double>::infinity();
   std::string out;

@@ -9,6 +9,8 @@
 #include "support/models.h"
 #include "support/run.h"
 
+using namespace zelvo;
+
 extern "C" void dsygv_(const int* itype, const char* jobz, const char* uplo, const int* n,
                        double* a, const int* lda, double* b, const int* ldb, double* w,
                        double* work, const int* lwork, int* info);

@@ -10,6 +10,8 @@
 #include "model/pattern.h"
 #include "support/models.h"
 
+using namespace zelvo;
+
 // What the reference runs leave out: curved girders, and an analysis of two digits.
 TEST(Shape, OfCurvedGirdersTakesFiftyTimesTheRadialDisplacement) {
   const Model m = two_girders(120, 1200);

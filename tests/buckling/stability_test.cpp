@@ -6,6 +6,8 @@
 #include "support/models.h"
 #include "support/run.h"
 
+using namespace zelvo;
+
 namespace {
 
 constexpr double PI = std::numbers::pi;
@@ -17,8 +19,7 @@ struct Fibre {
 };
 
 // The right half of the open tub: bottom flange, web, inner and outer half of the top flange.
-std::vector<Fibre> half_tub(const FixedVector<double, 6>& s, double web, double bottom,
-                            double top) {
+std::vector<Fibre> half_tub(const SectionDimensions& s, double web, double bottom, double top) {
   std::vector<Fibre> fibres;
   const auto add_plate = [&](double x1, double y1, double x2, double y2, double t, double w1) {
     constexpr int PARTS = 500;
@@ -29,7 +30,8 @@ std::vector<Fibre> half_tub(const FixedVector<double, 6>& s, double web, double 
     }
     return w1 + sector;
   };
-  const double h = s(1), foot = s(2) / 2, x = s(3) / 2, f = s(4) / 2;
+  const double h = s.depth, foot = s.bottom_width / 2, x = s.top_spacing / 2,
+               f = s.flange_width / 2;
   add_plate(0, 0, foot, 0, bottom, 0);
   const double w = add_plate(foot, 0, x, h, web, 0);
   add_plate(x, h, x - f, h, top, w);
@@ -38,10 +40,11 @@ std::vector<Fibre> half_tub(const FixedVector<double, 6>& s, double web, double 
 }
 
 // St. Venant's constant; b is the whole width of a flange.
-double torsion_constant(const FixedVector<double, 6>& s, double web, double bottom, double top) {
+double torsion_constant(const SectionDimensions& s, double web, double bottom, double top) {
   const auto flange = [](double b, double t) { return b * t * t * t / 3 * (1 - 0.63 * t / b); };
-  const double slant = std::hypot(s(1), (s(3) - s(2)) / 2);
-  return flange(s(2), bottom) + 2 * flange(s(4), top) + 2 * slant * web * web * web / 3;
+  const double slant = std::hypot(s.depth, (s.top_spacing - s.bottom_width) / 2);
+  return flange(s.bottom_width, bottom) + 2 * flange(s.flange_width, top) +
+         2 * slant * web * web * web / 3;
 }
 
 // Critical uniform moment of a simple span, top flanges in compression (Vlasov 1961).
@@ -67,8 +70,8 @@ double lateral_buckling_moment(const std::vector<Fibre>& half, double J, double 
 
 // The stage at its first buckling load: bare steel under end couples L^2/8 times the load of 1/12
 // kip/in, which compress the top flanges or, with sign -1, the bottom flange.
-Bridge buckled(const FixedVector<double, 6>& section, double L, double web, double bottom,
-               double sign, int brace_step) {
+Bridge buckled(const SectionDimensions& section, double L, double web, double bottom, double sign,
+               int brace_step) {
   Model m = one_girder(static_cast<int>(L));
   m.secdim = section;
   set_webs(m, {{L, web}});
@@ -86,8 +89,7 @@ Bridge buckled(const FixedVector<double, 6>& section, double L, double web, doub
 
 TEST(OpenTubUnderUniformMoment, BucklesSidewaysAtTheMomentOfVlasov) {
   constexpr double L = 1440;
-  const FixedVector<double, 6> sections[] = {{{48, 60, 156, 24, 220, 8}},
-                                             {{30, 60, 180, 24, 220, 8}}};
+  const SectionDimensions sections[] = {{48, 60, 156, 24, 220, 8}, {30, 60, 180, 24, 220, 8}};
   for (const auto& section : sections) {
     const double factor = buckled(section, L, 0.75, 1, 1, 48).stage[0].eigval(1);
     const double theory = lateral_buckling_moment(half_tub(section, 0.75, 1, 1.5),
@@ -103,16 +105,17 @@ TEST(BottomFlangeInCompression, BucklesAsAPlateBetweenHingedAndClampedEdges) {
   constexpr int L = 720, HALF = 60;
   constexpr double T = 0.5;
   const struct {
-    FixedVector<double, 6> section;
+    SectionDimensions section;
     double strips;
-  } cases[] = {{{{60, 72, 84, 12, 144, 8}}, 3.568}, {{{30, 60, 180, 12, 220, 8}}, 2.294}};
+  } cases[] = {{{60, 72, 84, 12, 144, 8}, 3.568}, {{30, 60, 180, 12, 220, 8}, 2.294}};
   for (const auto& [section, strips] : cases) {
     const Bridge b = buckled(section, L, T, T, -1, 120);
     EXPECT_NEAR(b.stage[0].eigval(1), strips, 0.1 * strips);
     const int centre = b.pattern().girder[0].bottom_centre();
     const double stress =
         E * (b.u(1, L / 2 + HALF, centre, 3) - b.u(1, L / 2 - HALF, centre, 3)) / (2 * HALF);
-    const double plate = PI * PI * E / (12 * (1 - 0.3 * 0.3)) * std::pow(T / section(2), 2);
+    const double plate =
+        PI * PI * E / (12 * (1 - 0.3 * 0.3)) * std::pow(T / section.bottom_width, 2);
     EXPECT_GT(stress / plate, 4.0);
     EXPECT_LT(stress / plate, 6.97);
   }

@@ -11,6 +11,8 @@
 #include <iterator>
 #include <string>
 
+namespace zelvo {
+
 enum class StandardInput { END_OF_FILE, CLOSED, TERMINAL };
 
 constexpr int MOST_POLLS = 30000;  // of 2 ms: a program that waits for ever is ended
@@ -69,3 +71,5 @@ inline void ProgramRun::start(StandardInput input, const char* stdout_path) {
   if (stdout_path == nullptr) out = content_of(out_path);
   err = content_of(path("stderr"));
 }
+
+}  // namespace zelvo

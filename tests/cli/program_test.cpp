@@ -4,6 +4,8 @@
 #include "cli/program.h"
 #include "support/faulty_input.h"
 
+using namespace zelvo;
+
 namespace {
 
 constexpr StandardInput INPUTS[] = {StandardInput::END_OF_FILE, StandardInput::CLOSED,

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace zelvo;
+
 TEST(TimeSentence, HasMoreDecimalsForShortSolutionsInAFieldThatGrows) {
   const auto assembly = TimeScale::ASSEMBLY, solution = TimeScale::SOLUTION;
   const struct {

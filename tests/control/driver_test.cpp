@@ -5,6 +5,8 @@
 #include "support/models.h"
 #include "support/run.h"
 
+using namespace zelvo;
+
 TEST(Driver, KeepsTheStiffnessWhileDeckAndStudsStayTheSame) {
   Model m = one_girder(48);
   set_stages(m, {24, 24}, 4);

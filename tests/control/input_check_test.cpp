@@ -6,6 +6,8 @@
 
 #include "support/faulty_input.h"
 
+using namespace zelvo;
+
 static std::string notes_on(const InputText& input) {
   Input in;
   EXPECT_EQ(read_input(input.text(), in), ReadOutcome::COMPLETE);

@@ -6,6 +6,8 @@
 
 #include "support/input_text.h"
 
+using namespace zelvo;
+
 namespace {
 
 struct Reading {
@@ -35,7 +37,7 @@ TEST(Input, FillsEveryTargetOfTheLanguage) {
                       .text());
   EXPECT_EQ(m.notes(), "");
   EXPECT_EQ(
-      list(m->prname, m->ngird, m->rcurv, m->lgbr, m->offset, m->secdim(1), m->nsupp,
+      list(m->prname, m->ngird, m->rcurv, m->lgbr, m->offset, m->secdim.depth, m->nsupp,
            m->supp_pos(2), m->nlat, m->lat_type(2), m->lat_from(2), m->lat_to(2), m->lat_area(2)),
       "a title 2 9600 240 90 60 2 240 2 2 72 168 4 ");
   EXPECT_EQ(list(m->nanal, m->npour, m->pour_len(2), m->pour_e(2, 1), m->pour_k(2, 1),
@@ -72,7 +74,7 @@ TEST(Input, CutsPositionsAndLengthsToTheGridTowardZero) {
 
 TEST(Input, TakesAKeywordOnceAndSkipsItsRepetition) {
   const Reading m("ngird\n2\nngird\n1\nlgbr thrown away\n,\n secdim\n1 2,3\n4*4\nend");
-  EXPECT_EQ(list(m->ngird, m->lgbr, m->secdim(3), m->secdim(6)), "2 0 3 4 ");
+  EXPECT_EQ(list(m->ngird, m->lgbr, m->secdim.top_spacing, m->secdim.deck_thickness), "2 0 3 4 ");
   EXPECT_EQ(m.notes(),
             "zvinp.txt:3: warning: ngird: given again, skipped with its records; line 1 counts\n");
   const std::string free = "internal_brace\n0\ninternal_brace\n-2\ninternal_brace\n1\n12 1 1\nend";

@@ -15,6 +15,8 @@
 #include "model/pattern.h"
 #include "support/models.h"
 
+using namespace zelvo;
+
 using Lines = std::vector<std::string>;
 
 static Lines split(const std::string& text) {

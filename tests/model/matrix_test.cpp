@@ -7,6 +7,8 @@
 
 #include "support/models.h"
 
+using namespace zelvo;
+
 // A bridge with all kinds of bars.
 struct Patterned : Structure {
   MatrixPattern p;

@@ -4,6 +4,8 @@
 
 #include "support/models.h"
 
+using namespace zelvo;
+
 TEST(BarProperties, RepeatTheInputRowsForEveryElementOfTheRow) {
   Model m = two_girders(96);
   add_ibraces(m, {24, 48}, 2);

@@ -12,6 +12,8 @@
 #include "solution/supports.h"
 #include "support/shells.h"
 
+using namespace zelvo;
+
 // Share of node i, from 0, in a uniform load on a line of n elements.
 static double simpson(int i, int n) { return (i % 2 ? 4.0 : i % (2 * n) ? 2.0 : 1.0) / (6 * n); }
 

@@ -12,6 +12,8 @@
 #include "support/models.h"
 #include "support/shells.h"
 
+using namespace zelvo;
+
 // Square of side 24 in the x-z plane, xi along x, eta along -z, director up.
 static ShellWork flat_shell(double young, double poisson, double thick, double kind) {
   ShellWork w{{}, {}, {}, {}, young, poisson, thick, kind};

@@ -4,6 +4,8 @@
 
 #include "support/models.h"
 
+using namespace zelvo;
+
 TEST(LinearSolution, OfAMechanismReportsTheCodeAndLeavesTheDisplacements) {
   const Structure s = generate(one_girder(24));
   const MatrixPattern pattern = build_pattern(s.nodes.nnode, s.elements);

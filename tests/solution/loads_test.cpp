@@ -9,6 +9,8 @@
 #include "model/pattern.h"
 #include "support/models.h"
 
+using namespace zelvo;
+
 namespace {
 
 using Rows = std::vector<double>;

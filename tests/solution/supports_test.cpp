@@ -5,6 +5,8 @@
 #include "model/pattern.h"
 #include "support/models.h"
 
+using namespace zelvo;
+
 namespace {
 
 // The largest value is the 4 off the diagonal; the -9 must not count.

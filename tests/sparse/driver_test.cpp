@@ -6,6 +6,8 @@
 
 #include "sparse/matrices.h"
 
+using namespace zelvo;
+
 // A call of the driver with its parameters by name; all but ido are good.
 struct Call {
   SmallMatrix m = small_matrix(6, {{1, 2}, {2, 3}, {3, 4}, {4, 5}, {5, 6}});

@@ -8,6 +8,8 @@
 #include "sparse/matrices.h"
 #include "sparse/numeric.h"
 
+using namespace zelvo;
+
 using Lists = std::vector<std::vector<int>>;  // by numbers from 1
 
 // Rows of each column of L by elimination on full rows of booleans.

@@ -7,6 +7,8 @@
 
 #include "sparse/dense_kernels.h"
 
+using namespace zelvo;
+
 namespace {
 
 struct Kernels {

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+namespace zelvo {
+
 struct SmallMatrix {
   int n = 0;
   std::vector<int> ia{1}, ja{};
@@ -64,3 +66,5 @@ void each_value(const SmallMatrix& m, Visit visit) {
   for (int i = 1; i <= m.n; ++i)
     for (int t = m.ia[i - 1]; t < m.ia[i]; ++t) visit(i, m.ja[t - 1], t);
 }
+
+}  // namespace zelvo

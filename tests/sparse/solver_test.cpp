@@ -12,6 +12,8 @@
 
 #include "sparse/matrices.h"
 
+using namespace zelvo;
+
 constexpr std::uint32_t RETURNING = solver_termination_level(5);  // errors return their code
 
 // A solver of one matrix, and its calls by letter.

@@ -2,6 +2,8 @@
 #pragma once
 #include "support/input_text.h"
 
+namespace zelvo {
+
 // The keyword gets other records, or none at all; note is part of what must be said of it.
 struct FaultyInput {
   int girders;
@@ -63,3 +65,5 @@ inline const FaultyInput FAULTY_INPUTS[] = {
     {2, "offset", "36", "offset: bottom flange corners of the two girders coincide (36)"},
     {2, "offset", "-90", "offset: offset is negative (-90), must be 0 or more"},
 };
+
+}  // namespace zelvo

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+namespace zelvo {
+
 struct InputText {
   std::vector<std::pair<std::string, std::string>> blocks;  // keyword, records
 
@@ -55,3 +57,5 @@ inline InputText two_girder_input() {
       .set("secdim", "60 72 84 12 324 8")
       .set("external_brace", "1\n120 1 5");
 }
+
+}  // namespace zelvo

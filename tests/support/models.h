@@ -10,6 +10,8 @@
 #include "model/nodes.h"
 #include "model/properties.h"
 
+namespace zelvo {
+
 using Positions = std::vector<int>;
 using TableRows = std::vector<std::vector<double>>;
 
@@ -102,7 +104,7 @@ inline Model one_girder(int lgbr, double rcurv = 0) {
   m.ngird = 1;
   m.lgbr = lgbr;
   m.rcurv = rcurv;
-  m.secdim = {{60, 72, 84, 12, 144, 8}};
+  m.secdim = {60, 72, 84, 12, 144, 8};
   set_webs(m, {{L, 0.5}});
   set_bottom(m, {{L, 1.0}});
   set_top(m, {{L, 1.5}});
@@ -118,7 +120,7 @@ inline Model two_girders(int lgbr, double rcurv = 0) {
   Model m = one_girder(lgbr, rcurv);
   m.ngird = 2;
   m.offset = 90;
-  m.secdim(5) = 324;
+  m.secdim.deck_width = 324;
   return m;
 }
 
@@ -142,3 +144,5 @@ inline Structure generate(const Model& m) {
   s.properties = generate_properties(m, s.elements);
   return s;
 }
+
+}  // namespace zelvo

@@ -9,6 +9,8 @@
 #include "model/pattern.h"
 #include "solution/supports.h"
 
+namespace zelvo {
+
 struct Stage {
   Vector<double> U, eigval;
 };
@@ -31,7 +33,7 @@ struct Bridge {
   }
   double rotation(int k, int x, int girder = 0) const {
     const GirderPattern& g = pattern().girder[girder];
-    return (u(k, x, g.left_foot(), 2) - u(k, x, g.right_foot(), 2)) / run.model.secdim(2);
+    return (u(k, x, g.left_foot(), 2) - u(k, x, g.right_foot(), 2)) / run.model.secdim.bottom_width;
   }
   // Upward reactions, support by support, girder by girder.
   std::vector<double> reactions(int k) const {
@@ -57,3 +59,5 @@ inline Bridge analyse(const Model& model) {
   testing::internal::GetCapturedStdout();
   return b;
 }
+
+}  // namespace zelvo

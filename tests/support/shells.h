@@ -1,6 +1,8 @@
 // Vectors and rigid motions for the tests of elements.
 #pragma once
 
+namespace zelvo {
+
 inline void set3(double* v, double x, double y, double z) { v[0] = x, v[1] = y, v[2] = z; }
 inline double dot3(const double* a, const double* b) {
   return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
@@ -17,3 +19,5 @@ inline void rigid_motion(const double* v, const double* r, const double* x, cons
   d[3] = dot3(r, t1);
   d[4] = dot3(r, t2);
 }
+
+}  // namespace zelvo

@@ -12,6 +12,8 @@
 #include "model/description.h"
 #include "model/properties.h"
 
+namespace zelvo {
+
 enum class Webs { WHOLE, CORRECTED };
 
 struct BeamSection {
@@ -24,10 +26,10 @@ struct BeamSection {
 
 // Bare steel section of one girder, of the first segment of each plate.
 inline BeamSection tub_section(const Model& m, Webs webs = Webs::CORRECTED) {
-  const double h = m.secdim(1), t = m.web_t(1), tb = m.botf_t(1), tt = m.topf_t(1);
-  const double run = (m.secdim(3) - m.secdim(2)) / 2, l = std::hypot(run, h);
+  const double h = m.secdim.depth, t = m.web_t(1), tb = m.botf_t(1), tt = m.topf_t(1);
+  const double run = (m.secdim.top_spacing - m.secdim.bottom_width) / 2, l = std::hypot(run, h);
   const double lack = webs == Webs::CORRECTED ? 1 - run / l : 0;  // 1 - c
-  const double Ab = m.secdim(2) * tb, At = 2 * m.secdim(4) * tt, Aw = 2 * t * l;
+  const double Ab = m.secdim.bottom_width * tb, At = 2 * m.secdim.flange_width * tt, Aw = 2 * t * l;
   const double end = t * l * lack / 24;  // lost at each web end, two at the top, two at the bottom
   BeamSection s{};
   s.A = Ab + At + Aw - 4 * end;
@@ -44,3 +46,5 @@ inline BeamSection tub_section(const Model& m, Webs webs = Webs::CORRECTED) {
 inline double simple_span_deflection(const BeamSection& s, double w, double L) {
   return 5 * w * std::pow(L, 4) / (384 * s.EI()) + w * L * L / (8 * s.GA());
 }
+
+}  // namespace zelvo

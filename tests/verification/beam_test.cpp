@@ -8,6 +8,8 @@
 #include "verification/beam.h"
 #include "verification/tables.h"
 
+using namespace zelvo;
+
 static constexpr double E = STEEL_E, LOAD = 3.0 / 12;  // ksi, kip/in
 
 TEST(StraightSpan, ShearAndMomentFollowStatics) {
@@ -31,11 +33,11 @@ TEST(StraightSpan, ShearAndMomentFollowStatics) {
 TEST(SimpleSpan, DeflectsAsABeamOfTheCorrectedSectionOnTwoEqualReactions) {
   const struct {
     int span;
-    FixedVector<double, 6> section;
+    SectionDimensions section;
     double limit, least, most;  // against the corrected section; range against the plain beam
-  } cases[] = {{960, {{60, 72, 84, 12, 144, 8}}, 0.01, 1.04, 1.06},
-               {1440, {{60, 72, 84, 12, 144, 8}}, 0.003, 1.04, 1.05},
-               {960, {{30, 60, 180, 12, 220, 8}}, 0.005, 1.0, 1.011}};
+  } cases[] = {{960, {60, 72, 84, 12, 144, 8}, 0.01, 1.04, 1.06},
+               {1440, {60, 72, 84, 12, 144, 8}, 0.003, 1.04, 1.05},
+               {960, {30, 60, 180, 12, 220, 8}, 0.005, 1.0, 1.011}};
   for (const auto& c : cases) {
     Model m = braced_span(c.span);
     m.secdim = c.section;

@@ -9,6 +9,8 @@
 #include "verification/beam.h"
 #include "verification/tables.h"
 
+using namespace zelvo;
+
 static constexpr int SPAN = 1440, PANEL = 120;
 static constexpr double RADIUS = 7200, ANGLE = SPAN / RADIUS, AREA = 5, LOAD = 300;  // kip/ft
 static constexpr double DEPTH = 60, TOP = 84, BOTTOM = 72, FLANGE = 12;

@@ -12,6 +12,8 @@
 #include "support/run.h"
 #include "verification/tables.h"
 
+using namespace zelvo;
+
 static Model example(const std::string& name) {
   std::ifstream file(ZELVO_SOURCE_DIR "/examples/" + name + "/zvinp.txt");
   Input input;
@@ -32,10 +34,11 @@ static double volume(PlateSegments plates, double width) {
 static double applied_load(const Model& m) {
   double load = 0;
   for (int j = 1; j <= m.npour; ++j) load += m.pour_load(1, j) * m.pour_len(j) / 12;
-  const double web = std::hypot(m.secdim(1), (m.secdim(3) - m.secdim(2)) / 2);
-  return load + m.ngird * STEEL_DENSITY *
-                    (volume(web_segments(m), 2 * web) + volume(bottom_segments(m), m.secdim(2)) +
-                     volume(top_segments(m), 2 * m.secdim(4)));
+  const double web = std::hypot(m.secdim.depth, (m.secdim.top_spacing - m.secdim.bottom_width) / 2);
+  return load +
+         m.ngird * STEEL_DENSITY *
+             (volume(web_segments(m), 2 * web) + volume(bottom_segments(m), m.secdim.bottom_width) +
+              volume(top_segments(m), 2 * m.secdim.flange_width));
 }
 
 // What the mid nodes of the braces pass to the ground: BRACE_EPS times their deflection, here that

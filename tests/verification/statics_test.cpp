@@ -6,6 +6,8 @@
 #include "support/models.h"
 #include "support/run.h"
 
+using namespace zelvo;
+
 static constexpr double LOAD = 3.0 / 12;  // kip/in
 
 TEST(SimpleSpan, ReactionsOfAPartLoadFollowTheLever) {

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace zelvo {
+
 using Table = std::vector<std::vector<double>>;
 
 // The data lines of the block of the only analysis; three head lines precede them.
@@ -21,3 +23,5 @@ inline Table data_rows(const std::string& file) {
 
 // Columns of the section forces.
 enum { POSITION, SHEAR, MOMENT, TORQUE };
+
+}  // namespace zelvo

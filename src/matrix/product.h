@@ -3,6 +3,8 @@
 #pragma once
 #include "base/arrays.h"
 
+namespace zelvo {
+
 // y = A x. Each stored row acts once as a row and once, without its diagonal, as a column.
 //   values, ja  (nnz)   in   entries and their columns
 //   ia          (n+1)   in   place of the first entry of each row
@@ -24,3 +26,5 @@ RowBundles find_bundles(int n, const int* ia, const int* ja);
 
 // y = A x as above, sums in another order.
 void sym_matvec(const RowBundles& rows, const double* values, const double* x, double* y);
+
+}  // namespace zelvo

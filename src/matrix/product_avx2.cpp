@@ -1,8 +1,10 @@
 // The bundle kernel compiled for AVX2 and FMA.
-#include "buckling/product_kernels.h"
+#include "matrix/product_kernels.h"
+
+namespace zelvo {
 
 namespace {
-#include "buckling/product_kernels_body.h"
+#include "matrix/product_kernels_body.h"
 }
 
 namespace product_avx2 {
@@ -11,3 +13,5 @@ void bundle(int count, const int* columns, const double* const* v, const double*
   multiply_bundle(count, columns, v, xi, sums, x, y);
 }
 }  // namespace product_avx2
+
+}  // namespace zelvo

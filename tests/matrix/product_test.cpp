@@ -1,9 +1,11 @@
-#include "buckling/product.h"
+#include "matrix/product.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <vector>
+
+using namespace zelvo;
 
 // Upper triangle by rows from the higher neighbours of each node, with some equations per node:
 // both products against the definition, entry (r,c) acting at r and, off the diagonal, at c.

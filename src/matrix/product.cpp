@@ -1,8 +1,10 @@
-#include "buckling/product.h"
+#include "matrix/product.h"
 
 #include <algorithm>
 
-#include "buckling/product_kernels.h"
+#include "matrix/product_kernels.h"
+
+namespace zelvo {
 
 namespace {
 
@@ -101,3 +103,5 @@ void sym_matvec(const RowBundles& rows, const double* values, const double* x, d
   }
   for (; i <= rows.n; ++i) add_row(i, values, rows.ia, rows.ja, x, y);
 }
+
+}  // namespace zelvo

@@ -1,3 +1,0 @@
-#include "control/driver.h"
-
-int main() { return run_program(); }

@@ -1,0 +1,3 @@
+#include "control/driver.h"
+
+int main() { return zelvo::run_program(); }
