@@ -7,12 +7,11 @@
 #include "bars/stiffeners.h"
 #include "bars/studs.h"
 #include "bars/supports.h"
-#include "model/pattern.h"
 #include "shell/assembly.h"
 #include "solution/loads.h"
 #include "solution/supports.h"
 
-using namespace zelvo;
+namespace zelvo {
 
 namespace {
 
@@ -86,28 +85,30 @@ Model describe(int ngird, int lgbr) {
 }  // namespace
 
 void assemble(Bridge& b) {
-  b.K.clear();
-  assemble_shells(b.nodes, b.elements, b.properties, 1, b.pattern, b.K);
-  assemble_ibraces(b.nodes, b.elements, b.properties, b.pattern, b.K);
-  assemble_ebraces(b.nodes, b.elements, b.properties, b.pattern, b.K);
-  assemble_laterals(b.nodes, b.elements, b.properties, b.pattern, b.K);
-  assemble_stiffeners(b.nodes, b.elements, b.properties, b.pattern, b.K);
-  assemble_supports(b.nodes, b.elements, b.pattern, b.K);
-  assemble_studs(b.elements, b.properties, 1, b.pattern, b.K);
+  LastInverse last;
+  b.K.values.clear();
+  assemble_shells(b.structure, 1, last, b.K);
+  assemble_ibraces(b.structure, b.K);
+  assemble_ebraces(b.structure, b.K);
+  assemble_laterals(b.structure, b.K);
+  assemble_stiffeners(b.structure, b.K);
+  assemble_supports(b.structure, b.K);
+  assemble_studs(b.structure, 1, b.K);
 }
 
 Bridge make_bridge(int ngird, int lgbr) {
   Bridge b;
   b.model = describe(ngird, lgbr);
-  (ngird == 2 ? generate_nodes_two : generate_nodes_one)(b.model, b.nodes);
-  b.elements = generate_elements(b.model);
-  b.properties = generate_properties(b.model, b.elements);
-  b.pattern = build_pattern(b.nodes.nnode, b.elements);
-  b.K = Vector<double>(b.pattern.nnz, "K");
-  b.F = Vector<double>(b.pattern.n, "F");
+  b.structure = generate_structure(b.model);
+  b.K = zero_matrix(std::make_shared<const MatrixPattern>(build_pattern(
+                        b.structure.nodes.nnode, element_nodes(b.structure.elements))),
+                    "K");
+  b.F = Vector<double>(b.K.n(), "F");
   assemble(b);
-  apply_supports(b.model, b.elements, b.pattern, b.K);
-  (ngird == 2 ? load_two_girders : load_one_girder)(b.model, 1, true, web_width(b.model, b.nodes),
-                                                    b.F);
+  apply_supports(b.model, b.structure, b.K);
+  (ngird == 2 ? load_two_girders : load_one_girder)(b.model, 1, SteelWeight::INCLUDED,
+                                                    web_width(b.structure), b.F);
   return b;
 }
+
+}  // namespace zelvo

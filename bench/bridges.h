@@ -1,21 +1,16 @@
 // The bridges that everything is measured on: three spans, braced, stiffened, deck of five pours.
 #pragma once
-#include "base/arrays.h"
-#include "model/description.h"
-#include "model/elements.h"
-#include "model/matrix.h"
-#include "model/nodes.h"
-#include "model/properties.h"
+#include "model/structure.h"
 
 namespace zelvo {
 
 struct Bridge {
   Model model;
-  Nodes nodes;
-  Elements elements;
-  Properties properties;
-  MatrixPattern pattern;
-  Vector<double> K, F;  // first stage, supports and loads included
+  Structure structure;
+  SymmetricMatrix K;  // first stage, supports included
+  Vector<double> F;   // its loads, the steel among them
+
+  const MatrixPattern& pattern() const { return *K.pattern; }
 };
 
 // Adds every element of the stage to K, penalties left out.

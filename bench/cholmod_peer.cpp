@@ -5,7 +5,7 @@
 
 #include "peers.h"
 
-using namespace zelvo;
+namespace zelvo {
 
 namespace {
 
@@ -19,11 +19,11 @@ Cholmod own_order, given_order;
 // The upper triangle by rows is the lower one by columns.
 cholmod_sparse view(Cholmod& s, const Bridge& b) {
   cholmod_sparse A{};
-  A.nrow = A.ncol = static_cast<std::size_t>(b.pattern.n);
-  A.nzmax = static_cast<std::size_t>(b.pattern.nnz);
+  A.nrow = A.ncol = static_cast<std::size_t>(b.pattern().n);
+  A.nzmax = static_cast<std::size_t>(b.pattern().nnz);
   A.p = s.p.data();
   A.i = s.i.data();
-  A.x = const_cast<double*>(b.K.data());
+  A.x = const_cast<double*>(b.K.values.data());
   A.stype = -1;
   A.itype = CHOLMOD_INT;
   A.xtype = CHOLMOD_REAL;
@@ -45,10 +45,10 @@ void prepare_cholmod(void* state, const Bridge& b, const int* order) {
   s.c.nmethods = 1;
   s.c.method[0].ordering = order ? CHOLMOD_GIVEN : CHOLMOD_METIS;
   s.c.postorder = 1;
-  s.p = from_zero(b.pattern.ia.data(), b.pattern.n + 1);
-  s.i = from_zero(b.pattern.ja.data(), b.pattern.nnz);
+  s.p = from_zero(b.pattern().ia.data(), b.pattern().n + 1);
+  s.i = from_zero(b.pattern().ja.data(), b.pattern().nnz);
   s.order = Vector<int>();
-  if (order) s.order = from_zero(order, b.pattern.n);
+  if (order) s.order = from_zero(order, b.pattern().n);
 }
 
 void analyse_cholmod(void* state, const Bridge& b) {
@@ -66,13 +66,13 @@ void factor_cholmod(void* state, const Bridge& b) {
 void solve_cholmod(void* state, const Bridge& b, double* x) {
   Cholmod& s = *static_cast<Cholmod*>(state);
   cholmod_dense f{};
-  f.nrow = f.d = f.nzmax = static_cast<std::size_t>(b.pattern.n);
+  f.nrow = f.d = f.nzmax = static_cast<std::size_t>(b.pattern().n);
   f.ncol = 1;
   f.x = const_cast<double*>(b.F.data());
   f.xtype = CHOLMOD_REAL;
   f.dtype = CHOLMOD_DOUBLE;
   cholmod_dense* u = cholmod_solve(CHOLMOD_A, s.L, &f, &s.c);
-  std::copy_n(static_cast<double*>(u->x), b.pattern.n, x);
+  std::copy_n(static_cast<double*>(u->x), b.pattern().n, x);
   cholmod_free_dense(&u, &s.c);
 }
 
@@ -95,3 +95,5 @@ Peer cholmod(bool takes_order) {
           solve_cholmod,
           release_cholmod};
 }
+
+}  // namespace zelvo

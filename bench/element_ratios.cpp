@@ -1,6 +1,5 @@
 // Element routines, products and assembly in measure of what the processor can do.
 #include <cstdio>
-#include <string>
 #include <vector>
 
 #include "blas.h"
@@ -12,7 +11,7 @@
 #include "shell/sections.h"
 #include "statistics.h"
 
-using namespace zelvo;
+namespace zelvo {
 
 double dgemm_rate(int n) {
   Vector<double> A(std::int64_t{n} * n), C(std::int64_t{n} * n);
@@ -41,9 +40,9 @@ double triad_rate() {
 
 void print_element_ratios(int rounds) {
   Bridge b = make_bridge(2, 2400);
-  const int nshell = b.elements.nshell;
-  Vector<double> KG(b.pattern.nnz), y(b.pattern.n);
-  std::string sec, str;
+  const int nshell = b.structure.elements.nshell;
+  Vector<double> y(b.pattern().n);
+  LastInverse last;
   std::vector<double> stiffness, geometric, assembly, sections, product, all_bytes;
   for (int round = 0; round < rounds; ++round) {
     const double dgemm = dgemm_rate(200);
@@ -51,24 +50,21 @@ void print_element_ratios(int rounds) {
     static ShellMatrix ke;
     ShellVector d{};
     for (int i = 1; i <= SHELL_DOFS; ++i) d(i) = 1e-3 * i;
-    gather_shell(b.nodes, b.elements, b.properties, 1, nshell / 2, w);
-    stiffness.push_back(1.0 / cpu_seconds_each([&] { shell_stiffness(w, ke); }) / dgemm);
-    geometric.push_back(1.0 / cpu_seconds_each([&] { shell_geometric(w, d, ke); }) / dgemm);
+    gather_shell(b.structure, 1, nshell / 2, w);
+    stiffness.push_back(1.0 / cpu_seconds_each([&] { shell_stiffness(w, last, ke); }) / dgemm);
+    geometric.push_back(1.0 / cpu_seconds_each([&] { shell_geometric(w, d, last, ke); }) / dgemm);
     const double shells = cpu_seconds_each([&] {
-      b.K.clear();
-      assemble_shells(b.nodes, b.elements, b.properties, 1, b.pattern, b.K);
+      b.K.values.clear();
+      assemble_shells(b.structure, 1, last, b.K);
     });
     assembly.push_back(nshell / cpu_seconds_each([&] { assemble(b); }) / dgemm);
-    sections.push_back(cpu_seconds_each([&] {
-                         sec.clear(), str.clear();
-                         section_forces_two(b.model, b.nodes, b.elements, b.properties, b.F, 1, sec,
-                                            str);
-                       }) /
-                       shells);
-    const RowBundles rows = find_bundles(b.pattern.n, b.pattern.ia.data(), b.pattern.ja.data());
+    sections.push_back(
+        cpu_seconds_each([&] { section_results(b.model, b.structure, b.F, 1, last); }) / shells);
+    const RowBundles rows =
+        find_bundles(b.pattern().n, b.pattern().ia.data(), b.pattern().ja.data());
     const double each =
-        cpu_seconds_each([&] { sym_matvec(rows, b.K.data(), b.F.data(), y.data()); });
-    const double triad = triad_rate(), n = b.pattern.n, nnz = b.pattern.nnz;
+        cpu_seconds_each([&] { sym_matvec(rows, b.K.values.data(), b.F.data(), y.data()); });
+    const double triad = triad_rate(), n = b.pattern().n, nnz = b.pattern().nnz;
     product.push_back(8e-9 * nnz / each / triad);
     // Values once, the columns of a bundle once, row starts, x in, y in and out.
     const double moved = 8 * nnz + 4.0 * static_cast<double>(rows.columns.size()) + (4 + 24) * n;
@@ -85,3 +81,5 @@ void print_element_ratios(int rounds) {
               median(all_bytes));
   std::printf("| ... the values of K alone | %.2f |\n", median(product));
 }
+
+}  // namespace zelvo

@@ -6,7 +6,7 @@
 #include "blas.h"
 #include "sparse/dense_kernels.h"
 
-using namespace zelvo;
+namespace zelvo {
 
 namespace {
 
@@ -103,3 +103,5 @@ void PanelSolves(benchmark::State& state) {
 BENCHMARK(PanelSolves)->Apply(panel_sizes);
 
 }  // namespace
+
+}  // namespace zelvo

@@ -5,7 +5,7 @@
 
 #include "peers.h"
 
-using namespace zelvo;
+namespace zelvo {
 
 namespace {
 
@@ -24,7 +24,7 @@ void job(int n) {
 }
 
 void prepare_mumps(void*, const Bridge& b, const int* order) {
-  const MatrixPattern& p = b.pattern;
+  const MatrixPattern& p = b.pattern();
   it.id.par = 1;
   it.id.sym = 1;
   it.id.comm_fortran = USE_COMM_WORLD;
@@ -33,7 +33,7 @@ void prepare_mumps(void*, const Bridge& b, const int* order) {
   it.row = Vector<int>(p.nnz);
   for (int i = 1; i <= p.n; ++i) std::fill(&it.row(p.ia(i)), &it.row(p.ia(i + 1) - 1) + 1, i);
   it.col = p.ja;
-  it.values = b.K;
+  it.values = b.K.values;
   it.place = Vector<int>(p.n);
   for (int i = 1; i <= p.n; ++i) it.place(order[i - 1]) = i;
   it.id.n = p.n;
@@ -51,7 +51,7 @@ void analyse_mumps(void*, const Bridge&) { job(1); }
 void factor_mumps(void*, const Bridge&) { job(2); }
 
 void solve_mumps(void*, const Bridge& b, double* x) {
-  std::copy_n(b.F.data(), b.pattern.n, x);
+  std::copy_n(b.F.data(), b.pattern().n, x);
   it.id.rhs = x;
   job(3);
 }
@@ -73,3 +73,5 @@ Peer mumps() {
           solve_mumps,
           release_mumps};
 }
+
+}  // namespace zelvo

@@ -5,7 +5,7 @@
 #include "sparse/numeric.h"
 #include "sparse/ordering.h"
 
-using namespace zelvo;
+namespace zelvo {
 
 namespace {
 
@@ -17,11 +17,12 @@ Own own;
 
 void prepare_own(void*, const Bridge&, const int*) {}
 void analyse_own(void*, const Bridge& b) {
-  analyse(b.pattern.n, b.pattern.nnz, b.pattern.ia.data(), b.pattern.ja.data(), nullptr, own.s);
+  analyse(b.pattern().n, b.pattern().nnz, b.pattern().ia.data(), b.pattern().ja.data(), nullptr,
+          own.s);
 }
 void factor_own(void*, const Bridge& b) {
   reserve_numeric(own.s, 2 * own.s.update_size, own.w);
-  if (factor_cholesky(own.s, b.K.data(), own.w) != FACTOR_DONE) std::abort();
+  if (factor_cholesky(own.s, b.K.values.data(), own.w) != FACTOR_DONE) std::abort();
 }
 void solve_own(void*, const Bridge& b, double* x) {
   solve_cholesky(own.s, own.w, b.F.data(), 1, x);
@@ -39,11 +40,13 @@ Vector<int> compressed_order(const Bridge& b) {
   Groups groups;
   Graph graph;
   Vector<int> perm, invp;
-  build_graph(b.pattern.n, b.pattern.ia.data(), b.pattern.ja.data(), true, groups, graph);
+  build_graph(b.pattern().n, b.pattern().ia.data(), b.pattern().ja.data(), true, groups, graph);
   dissect(graph, groups, perm, invp);
-  Vector<int> order(b.pattern.n);
+  Vector<int> order(b.pattern().n);
   std::int64_t at = 0;
   for (int v : perm)
     for (int t = groups.xmember(v); t < groups.xmember(v + 1); ++t) order(++at) = groups.member(t);
   return order;
 }
+
+}  // namespace zelvo

@@ -31,30 +31,30 @@ static void dgemm(benchmark::State& state) {
 BENCHMARK(dgemm);
 
 // A curved two-girder bridge and a displacement of every freedom, nothing special about either.
-struct Bridge {
+struct Loaded {
   Model model;
   Structure s;
-  MatrixPattern pattern;
-  Vector<double> K, U;
+  SymmetricMatrix K;
+  Vector<double> U;
+  LastInverse last;
 };
-static Bridge bridge(int lgbr) {
-  Bridge b{two_girders(lgbr, 9600), {}, {}, {}, {}};
-  b.s = generate(b.model);
-  b.pattern = build_pattern(b.s.nodes.nnode, b.s.elements);
-  b.K = Vector<double>(b.pattern.nnz);
-  b.U = Vector<double>(b.pattern.n);
-  for (int i = 1; i <= b.pattern.n; ++i) b.U(i) = 1e-3 * (i % 13 - 6);
+static Loaded bridge(int lgbr) {
+  Loaded b{two_girders(lgbr, 9600), {}, {}, {}, {}};
+  b.s = generate_structure(b.model);
+  b.K = matrix_of(b.s);
+  b.U = Vector<double>(b.K.n());
+  for (int i = 1; i <= b.K.n(); ++i) b.U(i) = 1e-3 * (i % 13 - 6);
   return b;
 }
 
 static void stiffness(benchmark::State& state) {
-  const Bridge b = bridge(240);
+  Loaded b = bridge(240);
   ShellWork w;
   ShellMatrix ke;
   for (auto _ : state) {
     for (int e = 1; e <= b.s.elements.nshell; ++e) {
-      gather_shell(b.s.nodes, b.s.elements, b.s.properties, 1, e, w);
-      shell_stiffness(w, ke);
+      gather_shell(b.s, 1, e, w);
+      shell_stiffness(w, b.last, ke);
       benchmark::DoNotOptimize(ke);
     }
   }
@@ -63,15 +63,15 @@ static void stiffness(benchmark::State& state) {
 BENCHMARK(stiffness)->Name("shell_stiffness");
 
 static void geometric(benchmark::State& state) {
-  const Bridge b = bridge(240);
+  Loaded b = bridge(240);
   ShellWork w;
   ShellVector d;
   ShellMatrix kge;
   for (auto _ : state) {
     for (int e = 1; e <= b.s.elements.nshell; ++e) {
-      gather_shell(b.s.nodes, b.s.elements, b.s.properties, 1, e, w);
+      gather_shell(b.s, 1, e, w);
       gather_displacements(b.s.elements, b.U, e, d);
-      shell_geometric(w, d, kge);
+      shell_geometric(w, d, b.last, kge);
       benchmark::DoNotOptimize(kge);
     }
   }
@@ -80,9 +80,9 @@ static void geometric(benchmark::State& state) {
 BENCHMARK(geometric)->Name("shell_geometric");
 
 static void assembly(benchmark::State& state) {
-  Bridge b = bridge(static_cast<int>(state.range(0)));
+  Loaded b = bridge(static_cast<int>(state.range(0)));
   for (auto _ : state) {
-    assemble_shells(b.s.nodes, b.s.elements, b.s.properties, 1, b.pattern, b.K);
+    assemble_shells(b.s, 1, b.last, b.K);
     benchmark::ClobberMemory();
   }
   state.counters["elements/s"] = rate(b.s.elements.nshell);
@@ -90,9 +90,9 @@ static void assembly(benchmark::State& state) {
 BENCHMARK(assembly)->Name("assemble_shells")->Arg(2400)->Arg(7200)->Unit(benchmark::kMillisecond);
 
 static void geometric_assembly(benchmark::State& state) {
-  Bridge b = bridge(static_cast<int>(state.range(0)));
+  Loaded b = bridge(static_cast<int>(state.range(0)));
   for (auto _ : state) {
-    assemble_shell_geometric(b.s.nodes, b.s.elements, b.s.properties, 1, b.U, 2, b.pattern, b.K);
+    assemble_shell_geometric(b.s, 1, b.U, b.last, b.K);
     benchmark::ClobberMemory();
   }
 }
@@ -103,14 +103,9 @@ BENCHMARK(geometric_assembly)
     ->Unit(benchmark::kMillisecond);
 
 static void sections(benchmark::State& state) {
-  const Bridge b = bridge(static_cast<int>(state.range(0)));
-  std::string sec, str;
-  for (auto _ : state) {
-    sec.clear();
-    str.clear();
-    section_forces_two(b.model, b.s.nodes, b.s.elements, b.s.properties, b.U, 1, sec, str);
-    benchmark::DoNotOptimize(str.data());
-  }
+  Loaded b = bridge(static_cast<int>(state.range(0)));
+  for (auto _ : state)
+    benchmark::DoNotOptimize(section_results(b.model, b.s, b.U, 1, b.last).shear.data());
 }
 BENCHMARK(sections)->Name("section_forces")->Arg(2400)->Arg(7200)->Unit(benchmark::kMillisecond);
 

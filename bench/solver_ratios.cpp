@@ -13,6 +13,8 @@
 #include "sparse/analysis.h"
 #include "statistics.h"
 
+namespace zelvo {
+
 namespace {
 
 struct Times {
@@ -79,14 +81,12 @@ double peak_memory(int ngird, int lgbr, std::size_t solver) {
   (void)ngird, (void)lgbr, (void)solver;
 #endif
 
-  using namespace zelvo;
-
   return peak;
 }
 
 double factor_flops(const Bridge& b, double& nnz) {
   FactorStructure s;
-  analyse(b.pattern.n, b.pattern.nnz, b.pattern.ia.data(), b.pattern.ja.data(), nullptr, s);
+  analyse(b.pattern().n, b.pattern().nnz, b.pattern().ia.data(), b.pattern().ja.data(), nullptr, s);
   double flops = 0;
   nnz = 0;
   for (const double c : s.colcnt) flops += c * c, nnz += c;
@@ -146,7 +146,7 @@ Cost compare_on(int ngird, int lgbr, int rounds) {
 
   double nnz;
   const double flops = factor_flops(b, nnz);
-  Vector<double> own_x(b.pattern.n), x(b.pattern.n);
+  Vector<double> own_x(b.pattern().n), x(b.pattern().n);
   std::vector<double> share, rate;
   for (int round = 0; round < rounds; ++round) {
     const double ordering = cpu_seconds([&] { compressed_order(b); });
@@ -161,7 +161,7 @@ Cost compare_on(int ngird, int lgbr, int rounds) {
         share.push_back(flops / t.refactor * 1e-9 / rate.back());
       } else {
         double most = 0, off = 0;
-        for (int i = 1; i <= b.pattern.n; ++i) {
+        for (int i = 1; i <= b.pattern().n; ++i) {
           most = std::max(most, std::abs(own_x(i)));
           off = std::max(off, std::abs(own_x(i) - x(i)));
         }
@@ -172,7 +172,7 @@ Cost compare_on(int ngird, int lgbr, int rounds) {
   std::printf("\n## %d girder%s, lgbr %d\n\n", ngird, ngird == 1 ? "" : "s", lgbr);
   std::printf(
       "%d equations, %d stored values; factor %.1f million entries, %.2f GFlop; %d rounds\n",
-      b.pattern.n, b.pattern.nnz, nnz * 1e-6, flops * 1e-9, rounds);
+      b.pattern().n, b.pattern().nnz, nnz * 1e-6, flops * 1e-9, rounds);
   print_table(records);
   std::printf("\nfactor again: %.2f of DGEMM n=400 (%.1f GFlop/s)\n", median(share), median(rate));
   std::fflush(stdout);
@@ -186,7 +186,7 @@ void print_peak_memory(int ngird, int lgbr, int solver) {
   const Bridge b = make_bridge(ngird, lgbr);
   const Peer p = solvers().at(static_cast<std::size_t>(solver)).peer;
   const Vector<int> order = compressed_order(b);
-  Vector<double> x(b.pattern.n);
+  Vector<double> x(b.pattern().n);
   std::fill(x.begin(), x.end(), 1.0);
   p.prepare(p.state, b, p.takes_order ? order.data() : nullptr);
   std::ofstream("/proc/self/clear_refs") << "5";  // the high-water mark begins anew
@@ -209,3 +209,5 @@ void print_solver_ratios(int rounds, int longest) {
                 cost.memory / shortest.memory * 2400.0 / lgbr);
   }
 }
+
+}  // namespace zelvo

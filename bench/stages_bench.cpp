@@ -6,7 +6,7 @@
 #include "sparse/analysis.h"
 #include "sparse/numeric.h"
 
-using namespace zelvo;
+namespace zelvo {
 
 namespace {
 
@@ -25,12 +25,13 @@ Bridge bridge_of(const benchmark::State& state) {
 void Assembly(benchmark::State& state) {
   Bridge b = bridge_of(state);
   for (auto _ : state) assemble(b);
-  state.counters["shells/s"] = Counter(b.elements.nshell, Counter::kIsIterationInvariantRate);
+  state.counters["shells/s"] =
+      Counter(b.structure.elements.nshell, Counter::kIsIterationInvariantRate);
 }
 BENCHMARK(Assembly)->Apply(bridges);
 
 void analyse_bridge(const Bridge& b, FactorStructure& s) {
-  analyse(b.pattern.n, b.pattern.nnz, b.pattern.ia.data(), b.pattern.ja.data(), nullptr, s);
+  analyse(b.pattern().n, b.pattern().nnz, b.pattern().ia.data(), b.pattern().ja.data(), nullptr, s);
 }
 
 void Analysis(benchmark::State& state) {
@@ -52,7 +53,7 @@ void factorization(benchmark::State& state, bool again, bool ldl) {
   for (auto _ : state) {
     if (!again) w = NumericWork{};
     reserve_numeric(s, 2 * s.update_size, w);
-    benchmark::DoNotOptimize((ldl ? factor_ldl : factor_cholesky)(s, b.K.data(), w));
+    benchmark::DoNotOptimize((ldl ? factor_ldl : factor_cholesky)(s, b.K.values.data(), w));
   }
   double flops = 0;
   for (const double c : s.colcnt) flops += c * c;
@@ -71,8 +72,8 @@ void Solve(benchmark::State& state) {
   analyse_bridge(b, s);
   NumericWork w;
   reserve_numeric(s, 2 * s.update_size, w);
-  Vector<double> x(b.pattern.n);
-  if (factor_cholesky(s, b.K.data(), w) != FACTOR_DONE) state.SkipWithError("not factored");
+  Vector<double> x(b.pattern().n);
+  if (factor_cholesky(s, b.K.values.data(), w) != FACTOR_DONE) state.SkipWithError("not factored");
   for (auto _ : state) solve_cholesky(s, w, b.F.data(), 1, x.data());
   double nnz = 0;
   for (const int c : s.colcnt) nnz += c;
@@ -82,3 +83,5 @@ void Solve(benchmark::State& state) {
 BENCHMARK(Solve)->Apply(bridges);
 
 }  // namespace
+
+}  // namespace zelvo

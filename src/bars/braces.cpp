@@ -9,8 +9,8 @@ namespace {
 constexpr int MID = 3;  // freedoms of M, the first of the patch
 
 // kb: all bars of the brace on the five points, and BRACE_EPS on the diagonal of M.
-void patch_stiffness(const BracePattern& brace, const BraceCorners& c12,
-                     const FixedVector<double, 3>& prop, PatchMatrix& kb) {
+void patch_stiffness(const BracePattern& brace, const BraceCorners& c12, const BarProperty& prop,
+                     PatchMatrix& kb) {
   const PatchVector points = patch_points(brace, c12);
   kb.clear();
   for (int m = 0; m < brace.bars; ++m) {
@@ -33,8 +33,8 @@ void eliminate_mid_node(PatchMatrix& kb) {
     }
 }
 
-void brace_stiffness(const BracePattern& brace, const BraceCorners& c12,
-                     const FixedVector<double, 3>& prop, BraceMatrix& k12) {
+void brace_stiffness(const BracePattern& brace, const BraceCorners& c12, const BarProperty& prop,
+                     BraceMatrix& k12) {
   PatchMatrix kb;
   patch_stiffness(brace, c12, prop, kb);
   eliminate_mid_node(kb);
@@ -43,12 +43,12 @@ void brace_stiffness(const BracePattern& brace, const BraceCorners& c12,
 }
 
 void assemble_braces(const BracePattern& brace, const Nodes& nodes, const Matrix<int>& conn,
-                     int nel, const Matrix<double>& prop, const MatrixPattern& pattern,
-                     Vector<double>& K) {
+                     const Vector<BarProperty>& prop, SymmetricMatrix& K) {
+  assert(conn.cols() == prop.size());
   BraceMatrix k12;
-  for (int e = 1; e <= nel; ++e) {
-    brace_stiffness(brace, gather_points<4>(nodes, conn, e), column_of(prop, e), k12);
-    add_node_blocks(k12.data(), k12.rows(), conn.column(e), 4, 3, pattern, K);
+  for (int e = 1; e <= conn.cols(); ++e) {
+    brace_stiffness(brace, gather_points<4>(nodes, conn, e), prop(e), k12);
+    add_node_blocks(k12, conn.column(e), 4, K);
   }
 }
 
@@ -62,18 +62,16 @@ PatchVector patch_points(const BracePattern& brace, const BraceCorners& c12) {
   return points;
 }
 
-void ibrace_stiffness(BraceMatrix& k12, const BraceCorners& c12,
-                      const FixedVector<double, 3>& prop) {
+void ibrace_stiffness(BraceMatrix& k12, const BraceCorners& c12, const BarProperty& prop) {
   brace_stiffness(INTERNAL_FRAME, c12, prop, k12);
 }
 
-void ebrace_stiffness(BraceMatrix& k12, const BraceCorners& c12,
-                      const FixedVector<double, 3>& prop) {
+void ebrace_stiffness(BraceMatrix& k12, const BraceCorners& c12, const BarProperty& prop) {
   brace_stiffness(EXTERNAL_FRAME, c12, prop, k12);
 }
 
-void ebrace_parts(FixedMatrix<double, 3, 3>& kii, FixedMatrix<double, 3, 12>& kib,
-                  const BraceCorners& c12, const FixedVector<double, 3>& prop) {
+void ebrace_parts(Matrix3& kii, FixedMatrix<double, 3, 12>& kib, const BraceCorners& c12,
+                  const BarProperty& prop) {
   PatchMatrix kb;
   patch_stiffness(EXTERNAL_FRAME, c12, prop, kb);
   for (int i = 1; i <= MID; ++i) {
@@ -83,39 +81,33 @@ void ebrace_parts(FixedMatrix<double, 3, 3>& kii, FixedMatrix<double, 3, 12>& ki
 }
 
 PatchVector ebrace_displacements(const BraceCorners& c12, const BraceCorners& u12,
-                                 const FixedVector<double, 3>& prop) {
-  FixedMatrix<double, 3, 3> kii, inverse;
+                                 const BarProperty& prop) {
+  Matrix3 kii, inverse;
   FixedMatrix<double, 3, 12> kib;
   ebrace_parts(kii, kib, c12, prop);
   inverse3(kii, inverse);
-  const FixedVector<double, 3> mid = multiply(inverse, multiply(kib, u12));
+  const Vec3 mid = multiply(inverse, multiply(kib, u12));
   PatchVector u15;
   for (int i = 1; i <= MID; ++i) u15(i) = -mid(i);
   for (int i = 1; i <= 12; ++i) u15(MID + i) = u12(i);
   return u15;
 }
 
-void inverse3(const FixedMatrix<double, 3, 3>& a, FixedMatrix<double, 3, 3>& ai) {
-  // Cofactor of a(i,j), the indices taken in cyclic order.
-  const auto cofactor = [&a](int i, int j) {
-    const int i1 = i % 3 + 1, i2 = i1 % 3 + 1, j1 = j % 3 + 1, j2 = j1 % 3 + 1;
-    return a(i1, j1) * a(i2, j2) - a(i1, j2) * a(i2, j1);
-  };
-  const double det = a(1, 1) * cofactor(1, 1) + a(1, 2) * cofactor(1, 2) + a(1, 3) * cofactor(1, 3);
+void inverse3(const Matrix3& a, Matrix3& ai) {
+  const double det =
+      a(1, 1) * cofactor(a, 1, 1) + a(1, 2) * cofactor(a, 1, 2) + a(1, 3) * cofactor(a, 1, 3);
   for (int j = 1; j <= 3; ++j)
-    for (int i = 1; i <= 3; ++i) ai(i, j) = det == 0 ? 0.0 : cofactor(j, i) / det;
+    for (int i = 1; i <= 3; ++i) ai(i, j) = det == 0 ? 0.0 : cofactor(a, j, i) / det;
 }
 
-void assemble_ibraces(const Nodes& nodes, const Elements& elements, const Properties& properties,
-                      const MatrixPattern& pattern, Vector<double>& K) {
-  assemble_braces(INTERNAL_FRAME, nodes, elements.ibconn, elements.nibel, properties.ibprop,
-                  pattern, K);
+void assemble_ibraces(const Structure& structure, SymmetricMatrix& K) {
+  assemble_braces(INTERNAL_FRAME, structure.nodes, structure.elements.ibconn,
+                  structure.properties.ibprop, K);
 }
 
-void assemble_ebraces(const Nodes& nodes, const Elements& elements, const Properties& properties,
-                      const MatrixPattern& pattern, Vector<double>& K) {
-  assemble_braces(EXTERNAL_FRAME, nodes, elements.ebconn, elements.nebel, properties.ebprop,
-                  pattern, K);
+void assemble_ebraces(const Structure& structure, SymmetricMatrix& K) {
+  assemble_braces(EXTERNAL_FRAME, structure.nodes, structure.elements.ebconn,
+                  structure.properties.ebprop, K);
 }
 
 }  // namespace zelvo

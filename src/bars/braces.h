@@ -9,10 +9,7 @@
 //                P3     P4    feet to M)   P3 --- M --- P4
 #pragma once
 #include "bars/kernel.h"
-#include "model/elements.h"
-#include "model/matrix.h"
-#include "model/nodes.h"
-#include "model/properties.h"
+#include "model/structure.h"
 
 namespace zelvo {
 
@@ -48,27 +45,23 @@ PatchVector patch_points(const BracePattern& brace, const BraceCorners& c12);
 // Condensed stiffness K_bb - K_bi (K_ii + BRACE_EPS I)^-1 K_ib, i the freedoms of M.
 //   k12   out  kip/in, overwritten
 //   c12   in   inches
-//   prop  in   E [ksi], A [in^2] of every bar
-void ibrace_stiffness(BraceMatrix& k12, const BraceCorners& c12,
-                      const FixedVector<double, 3>& prop);
-void ebrace_stiffness(BraceMatrix& k12, const BraceCorners& c12,
-                      const FixedVector<double, 3>& prop);
+//   prop  in   of every bar
+void ibrace_stiffness(BraceMatrix& k12, const BraceCorners& c12, const BarProperty& prop);
+void ebrace_stiffness(BraceMatrix& k12, const BraceCorners& c12, const BarProperty& prop);
 
 // Blocks of the uncondensed external brace at M, overwritten: kii (with BRACE_EPS) and kib.
-void ebrace_parts(FixedMatrix<double, 3, 3>& kii, FixedMatrix<double, 3, 12>& kib,
-                  const BraceCorners& c12, const FixedVector<double, 3>& prop);
+void ebrace_parts(Matrix3& kii, FixedMatrix<double, 3, 12>& kib, const BraceCorners& c12,
+                  const BarProperty& prop);
 
 // Displacements of M and the corners of an external brace: u_M = -kii^-1 kib u12.
 PatchVector ebrace_displacements(const BraceCorners& c12, const BraceCorners& u12,
-                                 const FixedVector<double, 3>& prop);
+                                 const BarProperty& prop);
 
 // ai = a^-1 by cofactors; zero when the determinant is exactly zero.
-void inverse3(const FixedMatrix<double, 3, 3>& a, FixedMatrix<double, 3, 3>& ai);
+void inverse3(const Matrix3& a, Matrix3& ai);
 
 // Adds every brace of its kind to K. External braces exist between two girders only.
-void assemble_ibraces(const Nodes& nodes, const Elements& elements, const Properties& properties,
-                      const MatrixPattern& pattern, Vector<double>& K);
-void assemble_ebraces(const Nodes& nodes, const Elements& elements, const Properties& properties,
-                      const MatrixPattern& pattern, Vector<double>& K);
+void assemble_ibraces(const Structure& structure, SymmetricMatrix& K);
+void assemble_ebraces(const Structure& structure, SymmetricMatrix& K);
 
 }  // namespace zelvo

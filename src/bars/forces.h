@@ -1,26 +1,19 @@
-// Bar forces of the braces and laterals, one block per analysis and file.
-//
-// A block is the line " run", the analysis number k, the element count, and one line per element:
-// its number in 5 columns, then each force [kip], positive in tension, behind 2 blanks.
+// Bar forces of the frames and laterals, kips, positive in tension.
 #pragma once
-#include <string>
-
 #include "bars/braces.h"
 
 namespace zelvo {
 
-// Four forces per internal brace, those of the bars at P1 to P4, fields of 8 columns, 2 decimals.
-void write_ibrace_forces(const Nodes& nodes, const Elements& elements, const Properties& properties,
-                         const Vector<double>& U, int k, std::string& out);
+// All bars of a stage, one column per element.
+struct BarForces {
+  Matrix<double> internal;  // (4,nibel) bars at the corners P1 to P4 of each internal brace
+  Matrix<double> external;  // (5,nebel) bars of each external brace in order
+  Vector<double> laterals;  // (nlatel)
+};
 
-// Five forces per external brace, its bars in order, fields of 8 columns, 2 decimals.
-void write_ebrace_forces(const Nodes& nodes, const Elements& elements, const Properties& properties,
-                         const Vector<double>& U, int k, std::string& out);
-
-// One force per top lateral, in a field of 10 columns, 2 decimals.
-void write_lateral_forces(const Nodes& nodes, const Elements& elements,
-                          const Properties& properties, const Vector<double>& U, int k,
-                          std::string& out);
+Matrix<double> internal_forces(const Structure& structure, const Vector<double>& U);
+Matrix<double> external_forces(const Structure& structure, const Vector<double>& U);
+Vector<double> lateral_forces(const Structure& structure, const Vector<double>& U);
 
 // Forces of the bars at the corners of an internal brace from its nodal forces f12 = k12 u12 [kip]:
 // each corner has one bar, so its force is that of the corner along the line from M.
@@ -29,6 +22,6 @@ FixedVector<double, 4> ibrace_forces(const BraceCorners& c12, const BraceCorners
 // Forces of the bars of an external brace in the order of their list.
 //   u15  in  inches, displacements of M and the corners
 FixedVector<double, 5> ebrace_forces(const BraceCorners& c12, const PatchVector& u15,
-                                     const FixedVector<double, 3>& prop);
+                                     const BarProperty& prop);
 
 }  // namespace zelvo

@@ -1,8 +1,8 @@
-// What the element loops of the bars read: coordinates, displacements and property rows by element.
+// What the element loops of the bars read: coordinates and displacements by element.
 #pragma once
-#include "base/arrays.h"
+#include "base/vec3.h"
+#include "matrix/symmetric.h"
 #include "model/nodes.h"
-#include "model/pattern.h"
 
 namespace zelvo {
 
@@ -56,11 +56,6 @@ FixedVector<double, r> multiply(const FixedMatrix<double, r, c>& A,
   for (int j = 1; j <= c; ++j)
     for (int i = 1; i <= r; ++i) y(i) += A(i, j) * x(j);
   return y;
-}
-
-// Column e of a table of three values per element or node: a property row, a nodal axis.
-inline FixedVector<double, 3> column_of(const Matrix<double>& table, int e) {
-  return {{table(1, e), table(2, e), table(3, e)}};
 }
 
 }  // namespace zelvo

@@ -53,8 +53,8 @@ void ibrace_geo_stiffness(BraceMatrix& kg12, const BraceCorners& c12, const Brac
   condense(patch_points(INTERNAL_FRAME, c12), ibrace_forces(c12, f12), kg12);
 }
 
-void ebrace_geo_stiffness(BraceMatrix& kg12, const BraceCorners& c12,
-                          const FixedVector<double, 3>& prop, const PatchVector& u15) {
+void ebrace_geo_stiffness(BraceMatrix& kg12, const BraceCorners& c12, const BarProperty& prop,
+                          const PatchVector& u15) {
   // Bar 1 is the top strut, which does not touch M; the others join P3, P4, P1 and P2 to it.
   const FixedVector<double, 5> p = ebrace_forces(c12, u15, prop);
   const PatchVector points = patch_points(EXTERNAL_FRAME, c12);
@@ -64,44 +64,43 @@ void ebrace_geo_stiffness(BraceMatrix& kg12, const BraceCorners& c12,
   add_bar(strut, 1, 2, kg12);
 }
 
-void assemble_ibraces_geo(const Nodes& nodes, const Elements& elements,
-                          const Properties& properties, const Vector<double>& U,
-                          const MatrixPattern& pattern, Vector<double>& KG) {
+void assemble_ibraces_geo(const Structure& structure, const Vector<double>& U,
+                          SymmetricMatrix& KG) {
+  const auto& [section, nodes, elements, properties] = structure;
   BraceMatrix k12, kg12;
   for (int e = 1; e <= elements.nibel; ++e) {
     const BraceCorners c12 = gather_points<4>(nodes, elements.ibconn, e);
-    ibrace_stiffness(k12, c12, column_of(properties.ibprop, e));
+    ibrace_stiffness(k12, c12, properties.ibprop(e));
     const BraceCorners f12 = multiply(k12, gather_displacements<4, 3>(U, elements.ibconn, e));
     ibrace_geo_stiffness(kg12, c12, f12);
-    add_node_blocks(kg12.data(), kg12.rows(), elements.ibconn.column(e), 4, 3, pattern, KG);
+    add_node_blocks(kg12, elements.ibconn.column(e), 4, KG);
   }
 }
 
-void assemble_ebraces_geo(const Nodes& nodes, const Elements& elements,
-                          const Properties& properties, const Vector<double>& U,
-                          const MatrixPattern& pattern, Vector<double>& KG) {
+void assemble_ebraces_geo(const Structure& structure, const Vector<double>& U,
+                          SymmetricMatrix& KG) {
+  const auto& [section, nodes, elements, properties] = structure;
   BraceMatrix kg12;
   for (int e = 1; e <= elements.nebel; ++e) {
     const BraceCorners c12 = gather_points<4>(nodes, elements.ebconn, e);
-    const FixedVector<double, 3> prop = column_of(properties.ebprop, e);
+    const BarProperty& prop = properties.ebprop(e);
     const PatchVector u15 =
         ebrace_displacements(c12, gather_displacements<4, 3>(U, elements.ebconn, e), prop);
     ebrace_geo_stiffness(kg12, c12, prop, u15);
-    add_node_blocks(kg12.data(), kg12.rows(), elements.ebconn.column(e), 4, 3, pattern, KG);
+    add_node_blocks(kg12, elements.ebconn.column(e), 4, KG);
   }
 }
 
-void assemble_laterals_geo(const Nodes& nodes, const Elements& elements,
-                           const Properties& properties, const Vector<double>& U,
-                           const MatrixPattern& pattern, Vector<double>& KG) {
+void assemble_laterals_geo(const Structure& structure, const Vector<double>& U,
+                           SymmetricMatrix& KG) {
+  const auto& [section, nodes, elements, properties] = structure;
   for (int e = 1; e <= elements.nlatel; ++e) {
     const FixedVector<double, 6> c = gather_points<2>(nodes, elements.latconn, e);
     double p = 0;
-    bar_force(c, gather_displacements<2, 3>(U, elements.latconn, e),
-              column_of(properties.latprop, e), p);
+    bar_force(c, gather_displacements<2, 3>(U, elements.latconn, e), properties.latprop(e), p);
     BarMatrix kg{};
     bar_geo_stiffness(kg, c, p);
-    add_node_blocks(kg.data(), kg.rows(), elements.latconn.column(e), 2, 3, pattern, KG);
+    add_node_blocks(kg, elements.latconn.column(e), 2, KG);
   }
 }
 

@@ -1,20 +1,17 @@
 #include "bars/kernel.h"
 
-#include <cmath>
-
 namespace zelvo {
 
 namespace {
 
 struct Axis {
-  double L;                  // inches
-  FixedVector<double, 3> t;  // unit vector from a to b
+  double L;  // inches
+  Vec3 t;    // unit vector from a to b
 };
 
 Axis bar_axis(const FixedVector<double, 6>& c) {
-  const double dx = c(4) - c(1), dy = c(5) - c(2), dz = c(6) - c(3);
-  const double L = std::sqrt(dx * dx + dy * dy + dz * dz);
-  return {L, {{dx / L, dy / L, dz / L}}};
+  const Vec3 d{{c(4) - c(1), c(5) - c(2), c(6) - c(3)}};
+  return {length(d), unit(d)};
 }
 
 // ke += [ k  -k ; -k  k ] at one place of the 3 x 3 block k.
@@ -27,20 +24,19 @@ void add_to_blocks(BarMatrix& ke, int i, int j, double k) {
 
 }  // namespace
 
-void bar_stiffness(BarMatrix& ke, const FixedVector<double, 6>& c,
-                   const FixedVector<double, 3>& prop) {
+void bar_stiffness(BarMatrix& ke, const FixedVector<double, 6>& c, const BarProperty& prop) {
   const auto [L, t] = bar_axis(c);
-  const double k = prop(1) * prop(2) / L;  // axial stiffness E A / L, kip/in
+  const double k = prop.modulus * prop.area / L;  // axial stiffness E A / L, kip/in
   for (int j = 1; j <= 3; ++j)
     for (int i = 1; i <= 3; ++i) add_to_blocks(ke, i, j, k * t(i) * t(j));
 }
 
 void bar_force(const FixedVector<double, 6>& c, const FixedVector<double, 6>& d,
-               const FixedVector<double, 3>& prop, double& p) {
+               const BarProperty& prop, double& p) {
   const auto [L, t] = bar_axis(c);
   double stretch = 0;
   for (int i = 1; i <= 3; ++i) stretch += t(i) * (d(i + 3) - d(i));
-  p = prop(1) * prop(2) / L * stretch;
+  p = prop.modulus * prop.area / L * stretch;
 }
 
 void bar_geo_stiffness(BarMatrix& kg, const FixedVector<double, 6>& c, double p) {

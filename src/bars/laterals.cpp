@@ -5,13 +5,13 @@
 
 namespace zelvo {
 
-void assemble_laterals(const Nodes& nodes, const Elements& elements, const Properties& properties,
-                       const MatrixPattern& pattern, Vector<double>& K) {
-  for (int e = 1; e <= elements.nlatel; ++e) {
+void assemble_laterals(const Structure& structure, SymmetricMatrix& K) {
+  const Elements& el = structure.elements;
+  for (int e = 1; e <= el.nlatel; ++e) {
     BarMatrix ke{};
-    bar_stiffness(ke, gather_points<2>(nodes, elements.latconn, e),
-                  column_of(properties.latprop, e));
-    add_node_blocks(ke.data(), ke.rows(), elements.latconn.column(e), 2, 3, pattern, K);
+    bar_stiffness(ke, gather_points<2>(structure.nodes, el.latconn, e),
+                  structure.properties.latprop(e));
+    add_node_blocks(ke, el.latconn.column(e), 2, K);
   }
 }
 

@@ -1,5 +1,6 @@
+#include "bars/stiffener_geometric.h"
+
 #include "bars/gather.h"
-#include "bars/geometric.h"
 
 namespace zelvo {
 
@@ -52,12 +53,11 @@ FixedMatrix<double, 6, 9> local_forces(const StiffenerMatrix& ke, const Stiffene
 }  // namespace
 
 void stiffener_geo_stiffness(StiffenerMatrix& kg, const FixedVector<double, 27>& c27,
-                             const FixedVector<double, 3>& a1, const FixedVector<double, 3>& a2,
-                             const FixedVector<double, 3>& a3, const FixedVector<double, 3>& prop,
+                             const StiffenerFrame& frame, const StiffenerProperty& prop,
                              StiffenerTransform& tm, const FixedMatrix<double, 6, 9>& f6) {
   const StiffenerSection section = stiffener_section(prop);
   const double h = segment_length(c27);
-  stiffener_transform(tm, a1, a2, a3);
+  stiffener_transform(tm, frame);
   StiffenerMatrix kgl{};
   for (int m = 1; m <= STIFFENER_SEGMENTS; ++m) {
     const int a = m, b = m + 1;
@@ -68,21 +68,19 @@ void stiffener_geo_stiffness(StiffenerMatrix& kg, const FixedVector<double, 27>&
   to_element_freedoms(kgl, tm, kg);
 }
 
-void assemble_stiffeners_geo(const Nodes& nodes, const Elements& elements,
-                             const Properties& properties, const Vector<double>& U,
-                             const MatrixPattern& pattern, Vector<double>& KG) {
+void assemble_stiffeners_geo(const Structure& structure, const Vector<double>& U,
+                             SymmetricMatrix& KG) {
+  const auto& [section, nodes, elements, properties] = structure;
   StiffenerMatrix ke, kg;
   StiffenerTransform tm;
   for (int e = 1; e <= elements.nwsel; ++e) {
     const FixedVector<double, 27> c27 = gather_points<9>(nodes, elements.wsconn, e);
-    const int n = frame_node(elements, e);
-    const FixedVector<double, 3> a1 = column_of(nodes.vt1, n), a2 = column_of(nodes.vn, n),
-                                 a3 = column_of(nodes.vt2, n);
-    const FixedVector<double, 3> prop = column_of(properties.wsprop, e);
-    stiffener_stiffness(ke, c27, a1, a2, a3, prop, tm);
+    const StiffenerFrame frame = stiffener_frame(structure, e);
+    const StiffenerProperty& prop = properties.wsprop(e);
+    stiffener_stiffness(ke, c27, frame, prop, tm);
     const StiffenerVector d = gather_displacements<9, 5>(U, elements.wsconn, e);
-    stiffener_geo_stiffness(kg, c27, a1, a2, a3, prop, tm, local_forces(ke, tm, d));
-    add_node_blocks(kg.data(), kg.rows(), elements.wsconn.column(e), 9, 5, pattern, KG);
+    stiffener_geo_stiffness(kg, c27, frame, prop, tm, local_forces(ke, tm, d));
+    add_node_blocks(kg, elements.wsconn.column(e), STIFFENER_NODES, KG);
   }
 }
 

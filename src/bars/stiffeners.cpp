@@ -63,9 +63,9 @@ SegmentMatrix segment_stiffness(const StiffenerSection& q, double h) {
 
 constinit const FixedMatrix<double, 9, 9> C9 = condensed_chain();
 
-StiffenerSection stiffener_section(const FixedVector<double, 3>& prop) {
-  const double b = prop(2), t = prop(3);
-  return {prop(1), b * t, b * b * b * t / 12, t * t * t * b / 12, t * t * t * b / 3};
+StiffenerSection stiffener_section(const StiffenerProperty& prop) {
+  const double b = prop.width, t = prop.thickness;
+  return {prop.modulus, b * t, b * b * b * t / 12, t * t * t * b / 12, t * t * t * b / 3};
 }
 
 double segment_length(const FixedVector<double, 27>& c27) {
@@ -73,15 +73,20 @@ double segment_length(const FixedVector<double, 27>& c27) {
   return std::sqrt(dx * dx + dy * dy + dz * dz);
 }
 
-void stiffener_transform(StiffenerTransform& tm, const FixedVector<double, 3>& a1,
-                         const FixedVector<double, 3>& a2, const FixedVector<double, 3>& a3) {
+StiffenerFrame stiffener_frame(const Structure& structure, int e) {
+  const Nodes& nodes = structure.nodes;
+  const int n = structure.elements.wsconn(5, e);
+  return {column3(nodes.vt1, n), column3(nodes.vn, n), column3(nodes.vt2, n)};
+}
+
+void stiffener_transform(StiffenerTransform& tm, const StiffenerFrame& frame) {
   tm.clear();
   for (int k = 1; k <= STIFFENER_NODES; ++k) {
     const int at = 5 * (k - 1);
     for (int i = 1; i <= 3; ++i) {
-      tm(1, at + i) = a1(i);
-      tm(2, at + i) = a2(i);
-      tm(3, at + i) = a3(i);
+      tm(1, at + i) = frame.web(i);
+      tm(2, at + i) = frame.normal(i);
+      tm(3, at + i) = frame.along(i);
     }
     tm(4, at + 4) = k == 1 || k == STIFFENER_NODES ? 0.0 : 1.0;
     tm(5, at + 5) = -1.0;
@@ -112,12 +117,11 @@ void to_element_freedoms(const StiffenerMatrix& kl, const StiffenerTransform& tm
 }
 
 void stiffener_stiffness(StiffenerMatrix& ke, const FixedVector<double, 27>& c27,
-                         const FixedVector<double, 3>& a1, const FixedVector<double, 3>& a2,
-                         const FixedVector<double, 3>& a3, const FixedVector<double, 3>& prop,
+                         const StiffenerFrame& frame, const StiffenerProperty& prop,
                          StiffenerTransform& tm) {
   const StiffenerSection section = stiffener_section(prop);
   const double h = segment_length(c27);
-  stiffener_transform(tm, a1, a2, a3);
+  stiffener_transform(tm, frame);
   StiffenerMatrix kl{};
   const SegmentMatrix s = segment_stiffness(section, h);
   for (int m = 1; m <= STIFFENER_SEGMENTS; ++m) add_segment(s, m, kl);
@@ -128,16 +132,14 @@ void stiffener_stiffness(StiffenerMatrix& ke, const FixedVector<double, 27>& c27
   to_element_freedoms(kl, tm, ke);
 }
 
-void assemble_stiffeners(const Nodes& nodes, const Elements& elements, const Properties& properties,
-                         const MatrixPattern& pattern, Vector<double>& K) {
+void assemble_stiffeners(const Structure& structure, SymmetricMatrix& K) {
+  const Elements& el = structure.elements;
   StiffenerMatrix ke;
   StiffenerTransform tm;
-  for (int e = 1; e <= elements.nwsel; ++e) {
-    const int n = frame_node(elements, e);
-    stiffener_stiffness(ke, gather_points<9>(nodes, elements.wsconn, e), column_of(nodes.vt1, n),
-                        column_of(nodes.vn, n), column_of(nodes.vt2, n),
-                        column_of(properties.wsprop, e), tm);
-    add_node_blocks(ke.data(), ke.rows(), elements.wsconn.column(e), 9, 5, pattern, K);
+  for (int e = 1; e <= el.nwsel; ++e) {
+    stiffener_stiffness(ke, gather_points<9>(structure.nodes, el.wsconn, e),
+                        stiffener_frame(structure, e), structure.properties.wsprop(e), tm);
+    add_node_blocks(ke, el.wsconn.column(e), STIFFENER_NODES, K);
   }
 }
 

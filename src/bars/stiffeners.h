@@ -8,11 +8,8 @@
 // Local freedoms of a node: translations along the web, the web normal and the girder, rotation
 // about the stiffener's own axis, rotation of strong-axis bending.
 #pragma once
-#include "base/arrays.h"
-#include "model/elements.h"
-#include "model/matrix.h"
-#include "model/nodes.h"
-#include "model/properties.h"
+#include "base/vec3.h"
+#include "model/structure.h"
 
 namespace zelvo {
 
@@ -31,7 +28,7 @@ using SegmentMatrix = FixedMatrix<double, 10, 10>;
 // condensed out; rounded to single precision.
 extern const FixedMatrix<double, 9, 9> C9;
 
-// Section values of a stiffener row: modulus [ksi], width away from the web, thickness.
+// Section values of a stiffener.
 struct StiffenerSection {
   double E;   // ksi
   double A;   // in^2, area
@@ -39,16 +36,25 @@ struct StiffenerSection {
   double Iw;  // in^4, weak axis: deflection along the girder
   double J;   // in^4, torsion constant of a thin plate
 };
-StiffenerSection stiffener_section(const FixedVector<double, 3>& prop);
+StiffenerSection stiffener_section(const StiffenerProperty& prop);
 
 // Length of a segment, the distance between the first two nodes.
 double segment_length(const FixedVector<double, 27>& c27);
 
-// tm: rows a1, a2, a3 act on the translations; the nodal rotation alpha turns the stiffener about
+// Unit vectors of a stiffener.
+struct StiffenerFrame {
+  Vec3 web;     // along the web
+  Vec3 normal;  // of the web
+  Vec3 along;   // along the girder
+};
+
+// Frame of element e, the triad of its middle node: vt1, vn, vt2.
+StiffenerFrame stiffener_frame(const Structure& structure, int e);
+
+// tm: the rows of the frame act on the translations; the nodal rotation alpha turns the stiffener about
 // its axis, and strong-axis bending is minus beta. Alpha of the two end nodes has no part in it: the
 // ends do not twist and give no torque to their nodes, whose triads are those of the flange.
-void stiffener_transform(StiffenerTransform& tm, const FixedVector<double, 3>& a1,
-                         const FixedVector<double, 3>& a2, const FixedVector<double, 3>& a3);
+void stiffener_transform(StiffenerTransform& tm, const StiffenerFrame& frame);
 
 // Adds the matrix of segment m (1 to 8) to that of the chain; neighbours share a node.
 void add_segment(const SegmentMatrix& s, int m, StiffenerMatrix& chain);
@@ -60,20 +66,11 @@ void to_element_freedoms(const StiffenerMatrix& kl, const StiffenerTransform& tm
 // Element matrix and transformation, both overwritten.
 //   ke    out  kip/in and kip in, freedoms of the nodes
 //   c27   in   inches, coordinates of the nine nodes, of which the first two are read
-//   a1    in   unit vector along the web (vt1 of the middle node)
-//   a2    in   web normal (vn of the middle node)
-//   a3    in   along the girder (vt2 of the middle node)
-//   prop  in   E [ksi], width, thickness [in]
 void stiffener_stiffness(StiffenerMatrix& ke, const FixedVector<double, 27>& c27,
-                         const FixedVector<double, 3>& a1, const FixedVector<double, 3>& a2,
-                         const FixedVector<double, 3>& a3, const FixedVector<double, 3>& prop,
+                         const StiffenerFrame& frame, const StiffenerProperty& prop,
                          StiffenerTransform& tm);
 
-// Middle node of element e, whose triad is the frame of the whole element.
-inline int frame_node(const Elements& elements, int e) { return elements.wsconn(5, e); }
-
 // Adds every stiffener to K.
-void assemble_stiffeners(const Nodes& nodes, const Elements& elements, const Properties& properties,
-                         const MatrixPattern& pattern, Vector<double>& K);
+void assemble_stiffeners(const Structure& structure, SymmetricMatrix& K);
 
 }  // namespace zelvo

@@ -4,8 +4,8 @@
 
 namespace zelvo {
 
-void assemble_studs(const Elements& elements, const Properties& properties, int k,
-                    const MatrixPattern& pattern, Vector<double>& K) {
+void assemble_studs(const Structure& structure, int k, SymmetricMatrix& K) {
+  const auto& [section, nodes, elements, properties] = structure;
   for (int e = 1; e <= elements.nstud; ++e) {
     const double ks = properties.studk(k, e) * properties.studnum(e);
     const double axis_k[3] = {ks, STUD_UPLIFT_K, ks};
@@ -14,7 +14,7 @@ void assemble_studs(const Elements& elements, const Properties& properties, int 
       ke(i, i) = ke(i + 3, i + 3) = axis_k[i - 1];
       ke(i, i + 3) = ke(i + 3, i) = -axis_k[i - 1];
     }
-    add_node_blocks(ke.data(), ke.rows(), elements.studconn.column(e), 2, 3, pattern, K);
+    add_node_blocks(ke, elements.studconn.column(e), 2, K);
   }
 }
 

@@ -1,8 +1,6 @@
 // Stud links: they join a top flange node to the deck node at the same place.
 #pragma once
-#include "model/elements.h"
-#include "model/matrix.h"
-#include "model/properties.h"
+#include "model/structure.h"
 
 namespace zelvo {
 
@@ -11,7 +9,6 @@ constexpr double STUD_UPLIFT_K = 100000.0;
 
 // Adds every link to K for analysis k. Slip meets studk(k,e) * studnum(e) [kip/in] along global x
 // and z, on curved girders too.
-void assemble_studs(const Elements& elements, const Properties& properties, int k,
-                    const MatrixPattern& pattern, Vector<double>& K);
+void assemble_studs(const Structure& structure, int k, SymmetricMatrix& K);
 
 }  // namespace zelvo

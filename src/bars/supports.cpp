@@ -2,7 +2,6 @@
 
 #include "bars/gather.h"
 #include "bars/kernel.h"
-#include "model/properties.h"
 
 namespace zelvo {
 
@@ -15,7 +14,7 @@ constexpr int BAR_ENDS[BARS][2] = {{1, 2}, {3, 4}, {3, 1}, {4, 2}, {4, 1}, {3, 2
 }  // namespace
 
 void support_stiffness(FixedMatrix<double, 12, 12>& k12, const FixedVector<double, 12>& c12,
-                       const FixedVector<double, 3>& prop) {
+                       const BarProperty& prop) {
   k12.clear();
   for (const auto& [a, b] : BAR_ENDS) {
     BarMatrix ke{};
@@ -24,13 +23,13 @@ void support_stiffness(FixedMatrix<double, 12, 12>& k12, const FixedVector<doubl
   }
 }
 
-void assemble_supports(const Nodes& nodes, const Elements& elements, const MatrixPattern& pattern,
-                       Vector<double>& K) {
-  const FixedVector<double, 3> prop{{STEEL_E, SUPPORT_AREA, 1.0}};
+void assemble_supports(const Structure& structure, SymmetricMatrix& K) {
+  const Elements& el = structure.elements;
+  const BarProperty prop{STEEL_E, SUPPORT_AREA, 1.0};
   FixedMatrix<double, 12, 12> k12;
-  for (int e = 1; e <= elements.nsupel; ++e) {
-    support_stiffness(k12, gather_points<4>(nodes, elements.supconn, e), prop);
-    add_node_blocks(k12.data(), k12.rows(), elements.supconn.column(e), 4, 3, pattern, K);
+  for (int e = 1; e <= el.nsupel; ++e) {
+    support_stiffness(k12, gather_points<4>(structure.nodes, el.supconn, e), prop);
+    add_node_blocks(k12, el.supconn.column(e), 4, K);
   }
 }
 

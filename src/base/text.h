@@ -40,7 +40,7 @@ void console_line(Items... items) {
 // of each stage, so that a killed run keeps whole stages. Failures throw FileFailure.
 struct ResultFile {
   std::string name;
-  std::string text;
+  std::string text{};
   std::FILE* file = nullptr;
 };
 // Opens (and empties) name in the working directory.

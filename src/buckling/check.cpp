@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "base/text.h"
 #include "buckling/arpack.h"
-#include "buckling/quality.h"
+#include "matrix/product.h"
 #include "sparse/solver.h"
 
 namespace zelvo {
@@ -14,7 +13,7 @@ namespace {
 
 constexpr int REGULAR_INVERSE = 2, BUCKLING_MODE = 4;  // of ARPACK
 constexpr int MAX_ITERATIONS = 300;
-constexpr int LIMIT_REACHED = 1, NO_SHIFTS = 3;  // info of dsaupd
+constexpr int NO_SHIFTS = 3;  // info of dsaupd
 // Told as the solver's code. ARPACK gets there only if the error bounds of all unwanted values are
 // exactly zero while a wanted one has not converged; more vectors could not change that.
 constexpr int NO_SHIFTS_CODE = 1;
@@ -31,11 +30,11 @@ struct Lanczos {
   Vector<int> select;
   int iparam[11] = {}, ipntr[11] = {};
 
-  Lanczos(int size, const EigenOptions& o, int vectors)
+  Lanczos(int size, const EigenOptions& o)
       : mode(o.solver_type == 2 ? BUCKLING_MODE : REGULAR_INVERSE),
         n(size),
         nev(o.nev),
-        ncv(vectors),
+        ncv(o.ncv),
         lworkl(ncv * (ncv + 8)),
         which(mode == BUCKLING_MODE ? "LM" : "LA"),
         tol(o.tol),
@@ -51,41 +50,41 @@ struct Lanczos {
 };
 
 // C = K - sigma B; returns how many of its diagonals are zero or negative.
-int shifted_matrix(const MatrixPattern& pattern, const Vector<double>& K, const Vector<double>& B,
-                   double sigma, Vector<double>& C) {
-  for (std::int64_t t = 1; t <= C.size(); ++t) C(t) = K(t) - sigma * B(t);
+int shifted_matrix(const SymmetricMatrix& K, const SymmetricMatrix& B, double sigma,
+                   SymmetricMatrix& C) {
+  for (std::int64_t t = 1; t <= C.values.size(); ++t)
+    C.values(t) = K.values(t) - sigma * B.values(t);
   int bad = 0;
-  for (int i = 1; i <= pattern.n; ++i)
-    if (C(pattern.ia(i)) <= 0) ++bad;
+  for (int i = 1; i <= C.n(); ++i)
+    if (C.diagonal(i) <= 0) ++bad;
   return bad;
 }
 
 // Takes a new handle through analysis and factorization; returns the first code that is not 0.
-int factor_as(std::uint32_t definiteness, const MatrixPattern& p, const Vector<double>& C,
-              SolverHandle*& handle) {
-  int code = solver_create(handle, 0);
+int factor_as(std::uint32_t definiteness, const SymmetricMatrix& C, OwnedSolver& solver) {
+  const MatrixPattern& p = *C.pattern;
+  int code = solver_create(solver.handle, 0);
   if (code == 0)
-    code = solver_define_structure(handle, SOLVER_SYMMETRIC, p.ia.data(), p.n, p.n, p.ja.data(),
-                                   p.nnz);
-  if (code == 0) code = solver_reorder(handle, 0, nullptr);
-  if (code == 0) code = solver_factor_real(handle, definiteness, C.data());
+    code = solver_define_structure(solver.handle, SOLVER_SYMMETRIC, p.ia.data(), p.n, p.n,
+                                   p.ja.data(), p.nnz);
+  if (code == 0) code = solver_reorder(solver.handle, 0, nullptr);
+  if (code == 0) code = solver_factor_real(solver.handle, definiteness, C.values.data());
   return code;
 }
 
 // L L' of C, or L D L' when C is not positive definite: a shift beyond the first factor is allowed.
-int factor(const MatrixPattern& p, const Vector<double>& C, SolverHandle*& handle) {
-  int code = factor_as(SOLVER_POSITIVE_DEFINITE, p, C, handle);
+int factor(const SymmetricMatrix& C, OwnedSolver& solver) {
+  const int code = factor_as(SOLVER_POSITIVE_DEFINITE, C, solver);
   if (code == 0) return 0;
-  solver_delete(handle, 0);
-  code = factor_as(SOLVER_INDEFINITE, p, C, handle);
-  if (code != 0) solver_delete(handle, 0);
-  return code;
+  solver_delete(solver.handle, 0);
+  return factor_as(SOLVER_INDEFINITE, C, solver);
 }
 
 // The reverse communication: multiplies and solves until the iteration has ended (L.info tells
 // how). Returns the code of a solve that failed, else 0.
-int iterate(const RowBundles& rows, const Vector<double>& K, const Vector<double>& B,
-            SolverHandle* handle, Lanczos& L) {
+int iterate(const SymmetricMatrix& K, const SymmetricMatrix& B, SolverHandle* handle,
+            const Progress& done, Lanczos& L) {
+  const RowBundles rows = find_bundles(L.n, K.pattern->ia.data(), K.pattern->ja.data());
   Vector<double> work(L.n, "a Lanczos product", UNINITIALIZED);
   for (int ido = 0;;) {
     dsaupd_(&ido, "G", &L.n, L.which, &L.nev, &L.tol, L.resid.data(), &L.ncv, L.v.data(), &L.n,
@@ -94,27 +93,27 @@ int iterate(const RowBundles& rows, const Vector<double>& K, const Vector<double
     double* x = &L.workd(L.ipntr[0]);
     double* y = &L.workd(L.ipntr[1]);
     if (ido == 2) {
-      sym_matvec(rows, K.data(), x, y);
+      sym_matvec(rows, K.values.data(), x, y);
       continue;
     }
     const double* w = work.data();
     if (L.mode == REGULAR_INVERSE) {
-      sym_matvec(rows, B.data(), x, work.data());
+      sym_matvec(rows, B.values.data(), x, work.data());
       std::copy(work.begin(), work.end(), x);  // ARPACK expects B x in the place of x
     } else if (ido == -1) {
-      sym_matvec(rows, K.data(), x, work.data());
+      sym_matvec(rows, K.values.data(), x, work.data());
     } else {
       w = &L.workd(L.ipntr[2]);  // K x stands there already
     }
-    console(".");
+    done(Step::EIGEN_SOLUTION);
     const int code = solver_solve_real(handle, 0, w, 1, y);
     if (code != 0) return code;
   }
 }
 
 // Eigenvalues and Ritz vectors of the projected problem, in the order of the factors. The vectors
-// are those that stay in v: dseupd improves only its copy of them.
-void extract(Lanczos& L, double sigma, Vector<double>& eigval, Matrix<double>& eigvec) {
+// are those that stay in v: dseupd improves only its copy of them. Returns the info of dseupd.
+int extract(Lanczos& L, double sigma, BucklingModes& modes) {
   Vector<double> d(L.ncv);
   Matrix<double> z(L.n, L.nev, "the Ritz vectors");
   std::copy(L.v.begin(), L.v.begin() + std::int64_t{L.n} * L.nev, z.data());
@@ -123,74 +122,55 @@ void extract(Lanczos& L, double sigma, Vector<double>& eigval, Matrix<double>& e
   dseupd_(&vectors, "A", L.select.data(), d.data(), z.data(), &L.n, &sigma, "G", &L.n, L.which,
           &L.nev, &L.tol, L.resid.data(), &L.ncv, L.v.data(), &L.n, L.iparam, L.ipntr,
           L.workd.data(), L.workl.data(), &L.lworkl, &ierr, 1, 1, 2);
-  if (ierr != 0) {
-    console("\n");
-    console_line(" Error with dseupd, info = ", std::int64_t{ierr});
-    console_line(" Check the documentation of dseupd ");
-    console("\n");
-  }
   for (int k = 1; k <= L.nev; ++k) {
     // mu ascends, so the last one belongs to the smallest factor.
     const int from = L.mode == REGULAR_INVERSE ? L.nev + 1 - k : k;
-    eigval(k) = L.mode == REGULAR_INVERSE ? 1 / d(from) : d(from);
-    std::copy_n(&L.v(std::int64_t{L.n} * (from - 1) + 1), L.n, eigvec.column(k));
+    modes.eigval(k) = L.mode == REGULAR_INVERSE ? 1 / d(from) : d(from);
+    std::copy_n(&L.v(std::int64_t{L.n} * (from - 1) + 1), L.n, modes.eigvec.column(k));
   }
+  return ierr;
 }
 
-void report_code(int code) { console_line("Solver Returned Error Code ", std::int64_t{code}); }
-
 // Factors C and iterates; returns the first code that is not 0.
-int factor_and_iterate(const MatrixPattern& pattern, const RowBundles& rows,
-                       const Vector<double>& K, const Vector<double>& B, const Vector<double>& C,
-                       Lanczos& L) {
-  SolverHandle* handle = nullptr;
-  int code = factor(pattern, C, handle);
+int factor_and_iterate(const SymmetricMatrix& K, const SymmetricMatrix& B, const SymmetricMatrix& C,
+                       const Progress& done, Lanczos& L) {
+  OwnedSolver solver;
+  int code = factor(C, solver);
   if (code != 0) return code;
-  console(" ");  // the dots follow on this line
-  code = iterate(rows, K, B, handle, L);
-  if (code == 0) code = solver_delete(handle, 0);
-  if (code != 0) console("\n");
-  return code;
+  done(Step::EIGEN_FACTORIZATION);
+  code = iterate(K, B, solver.handle, done, L);
+  return code == 0 ? solver_delete(solver.handle, 0) : code;
 }
 
 }  // namespace
 
-void buckling_solve(const MatrixPattern& pattern, const Vector<double>& K, Vector<double>& KG,
-                    const EigenOptions& options, int ncv, Vector<double>& eigval,
-                    Matrix<double>& eigvec) {
-  for (double& value : KG) value = -value;
-  const Vector<double>& B = KG;
-  Lanczos L(pattern.n, options, ncv);
-  Vector<double> C;
+EigenOutcome buckling_solve(const SymmetricMatrix& K, SymmetricMatrix& KG,
+                            const EigenOptions& options, const Progress& done,
+                            BucklingModes& modes) {
+  assert(KG.pattern == K.pattern && modes.eigvec.rows() == K.n());
+  assert(modes.eigval.size() == options.nev && modes.eigvec.cols() == options.nev);
+  for (double& value : KG.values) value = -value;
+  const SymmetricMatrix& B = KG;
+  EigenOutcome outcome;
+  Lanczos L(K.n(), options);
+  SymmetricMatrix shifted;
   if (L.mode == BUCKLING_MODE) {
-    C = Vector<double>(pattern.nnz, "the shifted stiffness matrix", UNINITIALIZED);
-    const int bad = shifted_matrix(pattern, K, B, options.sigma, C);
-    if (bad > 0) {
-      console_line(std::int64_t{bad}, " negative terms on diagonal");
-      console_line("Eigensolver did not find solution");
-      return;
-    }
+    shifted.pattern = K.pattern;
+    shifted.values = Vector<double>(K.values.size(), "the shifted stiffness matrix", UNINITIALIZED);
+    outcome.negative_terms = shifted_matrix(K, B, options.sigma, shifted);
+    if (outcome.negative_terms > 0) return outcome;
   }
-  const RowBundles rows = find_bundles(pattern.n, pattern.ia.data(), pattern.ja.data());
-  const int code = factor_and_iterate(pattern, rows, K, B, L.mode == BUCKLING_MODE ? C : K, L);
-  if (code != 0) return report_code(code);
+  outcome.solver_code = factor_and_iterate(K, B, L.mode == BUCKLING_MODE ? shifted : K, done, L);
+  if (outcome.solver_code != 0) return outcome;
 
-  if (L.info < 0) {
-    console("\n");
-    console_line(" Error with dsaupd, info = ", std::int64_t{L.info});
-    console_line(" Check the documentation of dsaupd");
-    console("\n");
-    return;
-  }
-  extract(L, options.sigma, eigval, eigvec);
-  if (L.info == LIMIT_REACHED) {
-    console("\n");
-    console_line(" Maximum number of iterations reached.");
-    console("\n");
-  }
-  console("\n");
-  if (L.info == NO_SHIFTS) return report_code(NO_SHIFTS_CODE);
-  warn_of_loose_pairs(rows, K, B, options, L.iparam[4], eigval, eigvec);
+  outcome.iterated = true;
+  outcome.dsaupd_info = L.info;
+  if (L.info < 0) return outcome;
+  outcome.dseupd_info = extract(L, options.sigma, modes);
+  outcome.found = true;
+  outcome.nconv = L.iparam[4];
+  if (L.info == NO_SHIFTS) outcome.solver_code = NO_SHIFTS_CODE;
+  return outcome;
 }
 
 }  // namespace zelvo

@@ -1,35 +1,47 @@
 // The buckling check of a stage: the lowest factors lambda and shapes x of K x = lambda (-KG) x.
 #pragma once
-#include "base/arrays.h"
-#include "matrix/product.h"
-#include "model/matrix.h"
+#include "matrix/symmetric.h"
+#include "solution/progress.h"
 
 namespace zelvo {
 
-// What the input says about the eigenvalue iteration, and the stage.
+// Lanczos vectors of a check.
+constexpr int LANCZOS_VECTORS = 10;
+
+// What the input says about the eigenvalue iteration.
 struct EigenOptions {
-  int nev;          // factors wanted
+  int nev;          // factors wanted, below ncv
   int solver_type;  // 1: K is factored; 2: K + sigma KG is factored, shift-and-invert about sigma
   double tol;       // relative accuracy asked of the iteration's own values (see docs/theory.md)
   double sigma;     // shift of kind 2: a load factor, best near half the first one
-  int stage = 0;    // analysis number, named in warnings
+  int ncv = LANCZOS_VECTORS;
 };
 
-// Lanczos vectors of a check; nev stays below.
-constexpr int LANCZOS_VECTORS = 10;
+struct BucklingModes {
+  Vector<double> eigval;  // (nev) factors
+  Matrix<double> eigvec;  // (n,nev) shapes, scaled to x'K x = 1
+};
+
+// How a check ended. Factors and shapes are new if found is true, else what they were.
+struct EigenOutcome {
+  int negative_terms = 0;  // diagonals of the shifted matrix that are not positive: no iteration
+  int solver_code = 0;     // of the sparse solver, or 1 where no shift could be applied
+  int dsaupd_info = 0;     // of ARPACK's iteration: negative failed, 1 at the limit of iterations
+  int dseupd_info = 0;     // of ARPACK's extraction; what a failed one left is stored
+  bool iterated = false;   // the iteration ran to its end
+  bool found = false;
+  int nconv = 0;  // pairs that have converged
+};
+constexpr int ITERATION_LIMIT_REACHED = 1;  // dsaupd_info
 
 // Finds nev factors and shapes by implicitly restarted Lanczos iteration (Lehoucq, Sorensen, Yang
 // 1998), ARPACK modes 2 and 4, with the sparse solver inside.
-//   K       (nnz)     in      stiffness with the support penalties
-//   KG      (nnz)     in/out  geometric stiffness; all its values change sign
-//   ncv               in      Lanczos vectors, more than nev
-//   eigval  (nev)     out     factors, the nearest to zero (kind 1: smallest positive) first
-//   eigvec  (n,nev)   out     shapes, scaled to x'K x = 1
-// Writes a dot to the console for each solve. A failure writes its line to the console and leaves
-// eigval and eigvec as they were, except that what a failed extraction left is stored. A pair that
-// satisfies its equation poorly is told on standard error.
-void buckling_solve(const MatrixPattern& pattern, const Vector<double>& K, Vector<double>& KG,
-                    const EigenOptions& options, int ncv, Vector<double>& eigval,
-                    Matrix<double>& eigvec);
+//   K      in      stiffness with the support penalties
+//   KG     in/out  geometric stiffness over the same pattern; all its values change sign
+//   modes  in/out  kind 1: the smallest positive factor first; kind 2: those nearest to the shift,
+//                  in the order of ARPACK
+EigenOutcome buckling_solve(const SymmetricMatrix& K, SymmetricMatrix& KG,
+                            const EigenOptions& options, const Progress& done,
+                            BucklingModes& modes);
 
 }  // namespace zelvo

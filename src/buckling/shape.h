@@ -1,21 +1,19 @@
-// The file of buckling factors and buckled cross-sections.
+// The buckled cross-sections: every second station with a mode shape added at an exaggerated scale.
 #pragma once
-#include <string>
-
-#include "base/arrays.h"
-#include "model/description.h"
-#include "model/nodes.h"
+#include "buckling/check.h"
+#include "model/structure.h"
 
 namespace zelvo {
 
-// Appends the block of analysis k: for each mode its factor and, at every second station, the
-// section with the mode shape added at an exaggerated scale: distance across the section from its
-// reference node (positive towards the centre of curvature) and height, in inches.
-//   eigval  (nev)          in
-//   eigvec  (5 nnode,nev)  in
-void write_shape(const Model& model, const Nodes& nodes, const Vector<double>& eigval,
-                 const Matrix<double>& eigvec, int k, std::string& out);
-void write_shape_two(const Model& model, const Nodes& nodes, const Vector<double>& eigval,
-                     const Matrix<double>& eigvec, int k, std::string& out);
+// Places of the girders' nodes in each buckled section: girder by girder in the order of the section
+// pattern, sections 24 in apart, mode by mode.
+struct BuckledSections {
+  Array3<double> across;  // (nodes,nbay+1,nev) inches from the reference node of the undeformed
+                          // section, positive towards the centre of curvature
+  Array3<double> height;  // (nodes,nbay+1,nev) inches
+};
+
+BuckledSections buckled_sections(const Model& model, const Structure& structure,
+                                 const Matrix<double>& eigvec);
 
 }  // namespace zelvo

@@ -1,7 +1,12 @@
 #include "control/console_lines.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
 #include "base/platform.h"
 #include "base/text.h"
+#include "solution/loads.h"
 
 namespace zelvo {
 
@@ -63,6 +68,131 @@ void print_summary(const Model& model, int nnode, const Elements& elements) {
   console_line(elements.nstud, "  stud elements");
   console_line(elements.nsupel, "  support elements");
   console_line(elements.nel(), "  total elements");
+}
+
+namespace {
+
+struct StepText {
+  Step step;
+  const char* text;
+};
+constexpr StepText STEP_TEXTS[] = {
+    {Step::INTERNAL_BRACES, "Assembly of Internal Braces Completed"},
+    {Step::EXTERNAL_BRACES, "Assembly of External Braces Completed"},
+    {Step::TOP_LATERALS, "Assembly of Top Laterals Completed"},
+    {Step::WEB_STIFFENERS, "Assembly of Web Stiffeners Completed"},
+    {Step::SUPPORTS, "Assembly of Supports Completed"},
+    {Step::STUDS, "Assembly of Stud Elements Completed"},
+    {Step::SUPPORT_CONDITIONS, "Modification for Support Conditions Completed"},
+    {Step::SOLVER_CREATION, "Solver Step 1 of 6 - Creation Completed"},
+    {Step::SOLVER_DEFINITION, "Solver Step 2 of 6 - Definition Completed"},
+    {Step::SOLVER_REORDERING, "Solver Step 3 of 6 - Reordering Completed"},
+    {Step::SOLVER_FACTORIZATION, "Solver Step 4 of 6 - Factorization Completed"},
+    {Step::SOLVER_SOLUTION, "Solver Step 5 of 6 - Solution Completed"},
+    {Step::SOLVER_DELETION, "Solver Step 6 of 6 - Deletion Completed"},
+};
+
+void print_step(Step step, StepClock& clock) {
+  switch (step) {
+    case Step::SHELLS:
+      return timed_line("Assembly of Shell Elements Completed", clock, TimeScale::ASSEMBLY);
+    case Step::EIGEN_FACTORIZATION:
+      return console(" ");  // the dots follow on this line
+    case Step::EIGEN_SOLUTION:
+      return console(".");
+    default:
+      for (const StepText& s : STEP_TEXTS)
+        if (s.step == step) console_line(s.text);
+  }
+}
+
+void print_arpack_error(const char* routine, int info, const char* end) {
+  const std::string name(routine);
+  blank_line();
+  console_line(" Error with " + name + ", info = ", std::int64_t{info});
+  console_line(" Check the documentation of " + name + end);
+  blank_line();
+}
+
+// Tolerance that makes factors good to some 1e-7 and shapes to 1e-4.
+constexpr double SHARP_TOL = 1.0e-6;
+
+// The record that would sharpen the factors: the same kind with a sharp tolerance, for kind 2 with
+// the shift at half the first factor. None where that factor is no load factor, or where the input
+// is as sharp already.
+std::string sharper_record(const EigenOptions& options, double first) {
+  char record[80];
+  if (!std::isfinite(first) || first <= 0 || options.tol <= SHARP_TOL) return {};
+  if (options.solver_type == 2)
+    std::snprintf(record, sizeof record, ", sharper with solver \"2 %.1E\" and \"%.3g\"", SHARP_TOL,
+                  0.5 * first);
+  else
+    std::snprintf(record, sizeof record, ", sharper with solver \"1 %.1E\"", SHARP_TOL);
+  return record;
+}
+
+}  // namespace
+
+Progress console_steps(StepClock& clock) {
+  return [&clock](Step step) { print_step(step, clock); };
+}
+
+void print_loads(const Model& model, int k) {
+  if (loads_end_couples(model))
+    console_line("Force applied to top and bottom flange = ", end_couple_force(model, k));
+  console_line("Formation of Load Vector Completed");
+}
+
+void print_solver_code(int code) {
+  console_line("Solver Returned Error Code ", std::int64_t{code});
+}
+
+void print_outcome(const EigenOutcome& o) {
+  if (o.negative_terms > 0) {
+    console_line(std::int64_t{o.negative_terms}, " negative terms on diagonal");
+    return console_line("Eigensolver did not find solution");
+  }
+  if (!o.iterated) return print_solver_code(o.solver_code);
+  if (o.dsaupd_info < 0) return print_arpack_error("dsaupd", o.dsaupd_info, "");
+  if (o.dseupd_info != 0) print_arpack_error("dseupd", o.dseupd_info, " ");
+  if (o.dsaupd_info == ITERATION_LIMIT_REACHED) {
+    blank_line();
+    console_line(" Maximum number of iterations reached.");
+    blank_line();
+  }
+  if (o.solver_code != 0) return print_solver_code(o.solver_code);
+  blank_line();
+}
+
+void warn_of_solution(int k, const StageResults& results) {
+  if (results.solver_code != 0)
+    std::fprintf(stderr,
+                 "zelvo: analysis %d: the structure cannot be solved and all its results are zero: "
+                 "a single support, a modulus of 0 or a folded section leave it free to move\n",
+                 k);
+  if (!results.finite) warn_not_finite(k, "after the solution");
+}
+
+void warn_not_finite(int k, const char* when) {
+  std::fprintf(stderr, "zelvo: analysis %d: the displacements are not finite %s\n", k, when);
+}
+
+void warn_of_loose_pairs(int k, const EigenOptions& options, const BucklingResults& results) {
+  const EigenOutcome& o = results.outcome;
+  if (o.found && o.nconv < options.nev)
+    std::fprintf(stderr, "zelvo: analysis %d: only %d of %d buckling modes have converged\n", k,
+                 o.nconv, options.nev);
+  const Vector<double>& factor = results.modes.eigval;
+  const int measured = std::min<int>(o.nconv, static_cast<int>(results.quality.size()));
+  for (int m = 1; m <= measured; ++m) {
+    const PairQuality& q = results.quality(m);
+    if (is_sharp(q, factor(m))) continue;
+    std::fprintf(stderr,
+                 "zelvo: analysis %d, mode %d: buckling factor %.6g is loose (relative residual "
+                 "%.1e, factor of its shape %.6g)%s\n",
+                 k, m, factor(m), q.residual, q.rayleigh,
+                 sharper_record(options, factor(1)).c_str());
+  }
 }
 
 }  // namespace zelvo

@@ -1,10 +1,12 @@
-// The lines that the driver itself writes to the console, and the clock behind its time sentences.
+// All lines that a run writes to the console, the clock behind its time sentences, and the warnings
+// of a stage, which go to standard error.
 #pragma once
 #include <string>
 #include <string_view>
 
-#include "model/description.h"
-#include "model/elements.h"
+#include "base/text.h"
+#include "results/stage_results.h"
+#include "solution/progress.h"
 
 namespace zelvo {
 
@@ -30,5 +32,20 @@ void blank_line();
 
 // The counts of the model, one to a line.
 void print_summary(const Model& model, int nnode, const Elements& elements);
+
+// Writes the line of each step; the shells' one ends in the time since the last reading of the clock.
+Progress console_steps(StepClock& clock);
+
+// The lines behind the formation of the load vector.
+void print_loads(const Model& model, int k);
+
+void print_solver_code(int code);
+// What a buckling check has to say of its failures, and the end of its line of dots.
+void print_outcome(const EigenOutcome& outcome);
+
+// Warnings of analysis k, each one line.
+void warn_of_solution(int k, const StageResults& results);
+void warn_not_finite(int k, const char* when);
+void warn_of_loose_pairs(int k, const EigenOptions& options, const BucklingResults& results);
 
 }  // namespace zelvo

@@ -12,6 +12,7 @@
 #include "base/platform.h"
 #include "control/console_lines.h"
 #include "control/input_check.h"
+#include "results/result_files.h"
 
 namespace zelvo {
 
@@ -25,25 +26,6 @@ std::string read_all(std::FILE* file) {
   while ((got = std::fread(block, 1, sizeof block, file)) > 0) content.append(block, got);
   if (std::ferror(file)) throw FileFailure{INPUT_FILE, std::strerror(errno)};
   return content;
-}
-
-ResultFiles open_result_files() {
-  ResultFiles f;
-  f.rxn = open_file("rxn0987.txt");
-  f.axf = open_file("axf0987.txt");
-  f.def = open_file("def0987.txt");
-  f.sec = open_file("sec0987.txt");
-  f.str = open_file("str0987.txt");
-  f.ibr = open_file("ibr0987.txt");
-  f.ebr = open_file("ebr0987.txt");
-  f.rot = open_file("rot0987.txt");
-  f.csc = open_file("csc0987.txt");
-  return f;
-}
-
-void close_result_files(ResultFiles& f) {
-  for (ResultFile* file : {&f.rxn, &f.axf, &f.def, &f.sec, &f.str, &f.ibr, &f.ebr, &f.rot, &f.csc})
-    close_file(*file);
 }
 
 void input_failure(const char* message) {
@@ -85,35 +67,29 @@ int run_in_working_directory() {
   std::FILE* input = std::fopen(INPUT_FILE, "rb");
   if (input == nullptr) throw FileFailure{INPUT_FILE, std::strerror(errno)};
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> closes_input(input, std::fclose);
-  Run run;
-  run.files = open_result_files();
+  ResultFiles files = open_result_files();
   int status = 0;
-  if (!take_input(read_all(input), run.model, status)) return status;
-  generate_model(run);
-  for (int k = 1; k <= run.model.nanal; ++k) run_analysis(run, k);
-  close_result_files(run.files);
+  Model input_model;
+  if (!take_input(read_all(input), input_model, status)) return status;
+  const Model model = std::move(input_model);
+  Run run = generate_model(model);
+  for (int k = 1; k <= model.nanal; ++k)
+    write_stage(run.structure, run_analysis(model, k, run), files);
+  close_result_files(files);
   return 0;
 }
 
 }  // namespace
 
-void generate_model(Run& run) {
-  const Model& m = run.model;
-  if (m.ngird == 2)
-    generate_nodes_two(m, run.nodes);
-  else
-    generate_nodes_one(m, run.nodes);
-  run.elements = generate_elements(m);
-  run.properties = generate_properties(m, run.elements);
-  print_summary(m, run.nodes.nnode, run.elements);
-  run.pattern = build_pattern(run.nodes.nnode, run.elements);
-  run.K = Vector<double>(run.pattern.nnz, "the stiffness matrix");
-  run.F = Vector<double>(run.pattern.n, "the load vector");
-  run.U = Vector<double>(run.pattern.n, "the displacements");
-  if (!m.buckle) return;
-  run.KG = Vector<double>(run.pattern.nnz, "the geometric stiffness matrix");
-  run.eigvec = Matrix<double>(run.pattern.n, m.nev, "the buckling modes");
-  run.eigval = Vector<double>(m.nev, "the buckling factors");
+Run generate_model(const Model& model) {
+  Run run;
+  run.structure = generate_structure(model);
+  print_summary(model, run.structure.nodes.nnode, run.structure.elements);
+  MatrixPattern pattern =
+      build_pattern(run.structure.nodes.nnode, element_nodes(run.structure.elements));
+  console_line("Connectivity Process Completed");
+  allocate_arrays(model, std::move(pattern), run);
+  return run;
 }
 
 int run_program() {

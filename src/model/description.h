@@ -57,7 +57,7 @@ struct Model {
   int nanal = 0, npour = 0;  // analyses, deck segments
   Vector<int> pour_len;
   Matrix<double> pour_e, pour_k, pour_load;  // (nanal,npour) deck modulus, stiffness per stud, load
-  bool selfwt = false;                       // steel weight in the first load vector
+  bool selfwt = false;                       // steel weight among the loads of the first analysis
 
   bool buckle = false;   // buckling check wanted
   int load_pattern = 0;  // load pattern code, one girder

@@ -126,7 +126,7 @@ void supports(const SectionPattern& pattern, const Model& model, Elements& el) {
 
 void restrained_nodes(const SectionPattern& pattern, const Model& model, Elements& el) {
   const int n = std::max(model.nsupp, 0);
-  el.nfix = 9 * pattern.girders * n;
+  el.nfix = GirderPattern::BOTTOM_NODES * pattern.girders * n;
   el.fixnode = Vector<int>(el.nfix, "the supports");
   int next = 0;
   for (int i = 1; i <= n; ++i)

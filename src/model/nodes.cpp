@@ -5,16 +5,15 @@
 #include <limits>
 
 #include "base/failures.h"
+#include "base/vec3.h"
 #include "model/pattern.h"
 
 namespace zelvo {
 
 namespace {
 
-using Vec3 = FixedVector<double, 3>;
-
 struct Section {
-  FixedVector<double, 107> x, y;  // of the pattern nodes, inches
+  FixedVector<double, MAX_SECTION_NODES> x, y;  // of the pattern nodes, inches
 };
 
 // Places node i of n+1 on the straight line from node a to node b, for all between the two.
@@ -117,16 +116,8 @@ void place_station(const Model& model, const Section& s, int station, int first,
   }
 }
 
-// Unit vector from node a to node b.
 Vec3 direction(const Nodes& nodes, int a, int b) {
-  const double *p = nodes.xyz.column(a), *q = nodes.xyz.column(b);
-  const double x = q[0] - p[0], y = q[1] - p[1], z = q[2] - p[2];
-  const double length = std::sqrt(x * x + y * y + z * z);
-  return {{x / length, y / length, z / length}};
-}
-
-Vec3 cross(const Vec3& u, const Vec3& v) {
-  return {{u(2) * v(3) - u(3) * v(2), u(3) * v(1) - u(1) * v(3), u(1) * v(2) - u(2) * v(1)}};
+  return unit(column3(nodes.xyz, b) - column3(nodes.xyz, a));
 }
 
 void set_axes(Nodes& nodes, int n, const Vec3& vt1, const Vec3& vt2, const Vec3& vn) {

@@ -3,14 +3,9 @@
 // Nodes are numbered station by station. Node m of the pattern (from 1) at station s (from 0) is
 // global node s * nodes + m. One-girder and two-girder routines are one body over these tables.
 #pragma once
-#include "base/arrays.h"
+#include "matrix/symmetric.h"
 
 namespace zelvo {
-
-// Equation of freedom d (1 to 5) of a node: u, v, w along x, y, z, then alpha about vt1, beta about
-// vt2.
-constexpr int NDOF = 5;
-constexpr int equation(int node, int d) { return NDOF * (node - 1) + d; }
 
 // A girder is a run of 33 nodes from `first`: left top flange (4, outer to inner edge, without its
 // centre), right top flange (4, inner to outer), then down the left web, across the bottom flange
@@ -20,7 +15,8 @@ struct GirderPattern {
   int deck;   // deck node over `first`; the deck nodes over that flange follow it
 
   static constexpr int NODES = 33;
-  static constexpr int SPACINGS = 8;  // of a web and of the bottom flange
+  static constexpr int SPACINGS = 8;                 // of a web and of the bottom flange
+  static constexpr int BOTTOM_NODES = SPACINGS + 1;  // of the bottom flange, its feet included
   constexpr int left_flange(int i) const { return first + i - 1; }   // i = 1 to 4
   constexpr int right_flange(int i) const { return first + i + 3; }  // i = 1 to 4
   constexpr int left_top() const { return first + 8; }
@@ -43,7 +39,8 @@ struct StudLink {
   int flange, deck;
 };
 
-constexpr int MAX_STRIPS = 52, MAX_LINKS = 12, LINKS_PER_GIRDER = 6;
+constexpr int MAX_GIRDERS = 2, MAX_STRIPS = 52, MAX_LINKS = 12, LINKS_PER_GIRDER = 6;
+constexpr int MAX_SECTION_NODES = 107;
 
 struct SectionPattern {
   int girders;
@@ -54,7 +51,7 @@ struct SectionPattern {
   int deck_strips;      // the first strips of a bay
   int strips;           // shells per bay
   int links;            // stud links per station
-  GirderPattern girder[2];
+  GirderPattern girder[MAX_GIRDERS];
   Strip strip[MAX_STRIPS];   // strip[e - 1] is strip e
   StudLink link[MAX_LINKS];  // link[l - 1] is link l
 };
@@ -129,7 +126,8 @@ constexpr SectionPattern two_girders() {
 inline constexpr SectionPattern ONE_GIRDER = pattern_detail::one_girder();
 inline constexpr SectionPattern TWO_GIRDERS = pattern_detail::two_girders();
 static_assert(ONE_GIRDER.strips == 26 && ONE_GIRDER.links == 6);
-static_assert(TWO_GIRDERS.strips == 52 && TWO_GIRDERS.links == 12);
+static_assert(TWO_GIRDERS.strips == MAX_STRIPS && TWO_GIRDERS.links == MAX_LINKS);
+static_assert(TWO_GIRDERS.nodes == MAX_SECTION_NODES);
 
 // Pattern of a model with ngird girders, 1 or 2.
 constexpr const SectionPattern& section_pattern(int ngird) {

@@ -1,18 +1,15 @@
 #include "shell/assembly.h"
 
-#include "model/pattern.h"
-
 namespace zelvo {
 
-void assemble_shells(const Nodes& nodes, const Elements& elements, const Properties& properties,
-                     int k, const MatrixPattern& pattern, Vector<double>& K) {
+void assemble_shells(const Structure& structure, int k, LastInverse& last, SymmetricMatrix& K) {
+  const Elements& el = structure.elements;
   ShellWork w;
   ShellMatrix ke;
-  for (int e = 1; e <= elements.nshell; ++e) {
-    gather_shell(nodes, elements, properties, k, e, w);
-    shell_stiffness(w, ke);
-    add_node_blocks(ke.data(), SHELL_DOFS, elements.shconn.column(e), SHELL_NODES, NDOF, pattern,
-                    K);
+  for (int e = 1; e <= el.nshell; ++e) {
+    gather_shell(structure, k, e, w);
+    shell_stiffness(w, last, ke);
+    add_node_blocks(ke, el.shconn.column(e), SHELL_NODES, K);
   }
 }
 

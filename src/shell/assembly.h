@@ -1,12 +1,11 @@
 // Elastic stiffness of all shells.
 #pragma once
-#include "model/matrix.h"
+#include "model/structure.h"
 #include "shell/kernel.h"
 
 namespace zelvo {
 
 // Adds every shell, integrated with its properties of analysis k, to K in element order.
-void assemble_shells(const Nodes& nodes, const Elements& elements, const Properties& properties,
-                     int k, const MatrixPattern& pattern, Vector<double>& K);
+void assemble_shells(const Structure& structure, int k, LastInverse& last, SymmetricMatrix& K);
 
 }  // namespace zelvo

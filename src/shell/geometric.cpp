@@ -1,6 +1,5 @@
 #include "shell/geometric.h"
 
-#include "model/pattern.h"
 #include "shell/points.h"
 
 namespace zelvo {
@@ -10,14 +9,15 @@ namespace zelvo {
 // gradients a, b of N_k and of zeta N_k (9 of each, with M the stress tensor), and an entry of kge
 // is one of these sums times the inner product of two node vectors (initial stress form G' S G,
 // Zienkiewicz and Taylor 2000).
-void shell_geometric(const ShellWork& w, const ShellVector& d, ShellMatrix& kge) {
+void shell_geometric(const ShellWork& w, const ShellVector& d, LastInverse& last,
+                     ShellMatrix& kge) {
   const ShellData s = shell_data(w);
   PointFrames f;
   PointStresses S;
   FixedMatrix<double, 18, 18> sums;
-  map_points(s, last_inverse().stress, f);
+  map_points(s, last.stress, f);
   point_stresses(s, f, d, S);
-  map_points(s, last_inverse().geometric, f);
+  map_points(s, last.geometric, f);
   gradient_products(s, f, S, sums);
 
   FixedMatrix<double, 3, 18> tip;  // motion of the director of node a under its alpha, its beta
@@ -53,21 +53,20 @@ void shell_geometric(const ShellWork& w, const ShellVector& d, ShellMatrix& kge)
     for (int i = 1; i < j; ++i) kge(j, i) = kge(i, j);
 }
 
-void assemble_shell_geometric(const Nodes& nodes, const Elements& elements,
-                              const Properties& properties, int k, const Vector<double>& U,
-                              int ngird, const MatrixPattern& pattern, Vector<double>& KG) {
-  const SectionPattern& section = section_pattern(ngird);
+void assemble_shell_geometric(const Structure& structure, int k, const Vector<double>& U,
+                              LastInverse& last, SymmetricMatrix& KG) {
+  const SectionPattern& section = *structure.section;
+  const Elements& el = structure.elements;
   ShellWork w;
   ShellVector d;
   ShellMatrix kge;
-  for (int e = 1; e <= elements.nshell; ++e) {
+  for (int e = 1; e <= el.nshell; ++e) {
     const int strip = (e - 1) % section.strips + 1;
-    if (strip <= section.deck_strips) continue;
-    gather_shell(nodes, elements, properties, k, e, w);
-    gather_displacements(elements, U, e, d);
-    shell_geometric(w, d, kge);
-    add_node_blocks(kge.data(), SHELL_DOFS, elements.shconn.column(e), SHELL_NODES, NDOF, pattern,
-                    KG);
+    if (section.strip[strip - 1].plate == Plate::DECK) continue;
+    gather_shell(structure, k, e, w);
+    gather_displacements(el, U, e, d);
+    shell_geometric(w, d, last, kge);
+    add_node_blocks(kge, el.shconn.column(e), SHELL_NODES, KG);
   }
 }
 

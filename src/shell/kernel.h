@@ -6,9 +6,9 @@
 // about vt1 and beta about vt2. There is no rotation about the director.
 #pragma once
 #include "base/arrays.h"
-#include "model/elements.h"
-#include "model/nodes.h"
-#include "model/properties.h"
+#include "base/vec3.h"
+#include "model/structure.h"
+#include "shell/shape.h"
 
 namespace zelvo {
 
@@ -25,8 +25,7 @@ struct ShellWork {
 };
 
 // Fills w for shell e in analysis k.
-void gather_shell(const Nodes& nodes, const Elements& elements, const Properties& properties, int k,
-                  int e, ShellWork& w);
+void gather_shell(const Structure& structure, int k, int e, ShellWork& w);
 
 // Displacements d of the freedoms of shell e out of U.
 void gather_displacements(const Elements& elements, const Vector<double>& U, int e, ShellVector& d);
@@ -34,10 +33,16 @@ void gather_displacements(const Elements& elements, const Vector<double>& U, int
 // Returns the determinant of a. From the limit up ainv becomes the inverse; below it, zero and
 // negative values included, the console says so and ainv keeps what it holds.
 constexpr double DETERMINANT_LIMIT = 1.0e-20f;
-double invert3(const FixedMatrix<double, 3, 3>& a, FixedMatrix<double, 3, 3>& ainv);
+double invert3(const Matrix3& a, Matrix3& ainv);
+
+// Inverse Jacobian that the last point of each use left behind, zero at first. A point whose mapping
+// cannot be inverted takes it over, so it outlives the element and, in a run, the stage.
+struct LastInverse {
+  Matrix3 stiffness{}, stress{}, geometric{};
+};
 
 // ke, kip/in: exactly symmetric, all of it written. A point with a determinant below the limit of
 // invert3 goes on with the inverse of the point before it, of the last element if it is the first.
-void shell_stiffness(const ShellWork& w, ShellMatrix& ke);
+void shell_stiffness(const ShellWork& w, LastInverse& last, ShellMatrix& ke);
 
 }  // namespace zelvo

@@ -44,11 +44,6 @@ static constexpr ZetaLanes DECK_LANES = make_zeta_lanes(DECK_ZETA);
 
 const LaneTables& lane_tables() { return LANES; }
 
-LastInverse& last_inverse() {
-  static LastInverse record;
-  return record;
-}
-
 ShellData shell_data(const ShellWork& w) {
   const bool deck = w.kind > DECK_ABOVE && w.kind < DECK_BELOW;
   const double c1 = w.young / (1 - w.poisson * w.poisson);

@@ -5,15 +5,6 @@
 
 namespace zelvo {
 
-using Matrix3 = FixedMatrix<double, 3, 3>;
-
-// Inverse Jacobian that the last point of each use left behind, zero at first. A point whose mapping
-// cannot be inverted takes it over, so it outlives the element. One thread, one record.
-struct LastInverse {
-  Matrix3 stiffness{}, stress{}, geometric{};
-};
-LastInverse& last_inverse();
-
 // Point ip of the surface (1 to 9) at thickness point iz (1 or 2) stands in this lane, from 0.
 constexpr int lane_of(int ip, int iz) { return 9 * (iz - 1) + ip - 1; }
 

@@ -1,14 +1,12 @@
 // Cross-section forces and plate stresses along the girders.
 #pragma once
-#include <string>
-
 #include "shell/kernel.h"
 
 namespace zelvo {
 
 // Axes of a section: across the girder, along it, up.
 struct SectionFrame {
-  FixedVector<double, 3> a, b, c;
+  Vec3 a, b, c;
 };
 
 // What the rest of the structure applies to three edge nodes of an element (first, second, middle):
@@ -19,18 +17,22 @@ struct EdgeForces {
   double s22, s12;
 };
 
-// near_edge true: the edge where the element begins (nodes 1, 2, 5); false: where it ends (3, 4, 7).
-void shell_edge_forces(const ShellWork& w, const ShellVector& d, bool near_edge,
-                       const SectionFrame& frame, EdgeForces& out);
+// The edge where an element begins (nodes 1, 2, 5) and where it ends (3, 4, 7).
+enum class Edge { BEGIN, END };
 
-// Appends the block of analysis k under the displacements U to each file: shear [kip], moment and
-// torque [kip-ft] at the ends of all bays to sec, stresses [ksi] of all strips of each bay to str.
-// The sums run over the shells alone, both girders and the deck together.
-void section_forces_one(const Model& model, const Nodes& nodes, const Elements& elements,
-                        const Properties& properties, const Vector<double>& U, int k,
-                        std::string& sec, std::string& str);
-void section_forces_two(const Model& model, const Nodes& nodes, const Elements& elements,
-                        const Properties& properties, const Vector<double>& U, int k,
-                        std::string& sec, std::string& str);
+void shell_edge_forces(const ShellWork& w, const ShellVector& d, Edge edge,
+                       const SectionFrame& frame, LastInverse& last, EdgeForces& out);
+
+// Forces of whole cross-sections, summed over the shells alone, both girders and the deck together,
+// and the stresses of every strip of every bay. Section j + 1 stands at the end of bay j, the first
+// at the beginning of bay 1.
+struct SectionResults {
+  Vector<double> shear, moment, torque;  // (nbay+1) kips, kip-inches
+  Matrix<double> s22, s12;               // (strips,nbay) ksi, along the girder and in plane shear
+};
+
+// Sections and stresses of analysis k under the displacements U.
+SectionResults section_results(const Model& model, const Structure& structure,
+                               const Vector<double>& U, int k, LastInverse& last);
 
 }  // namespace zelvo

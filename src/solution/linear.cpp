@@ -1,35 +1,30 @@
 #include "solution/linear.h"
 
-#include <cstdint>
-#include <string>
-
-#include "base/text.h"
 #include "sparse/solver.h"
 
 namespace zelvo {
 
-void solve_linear(const MatrixPattern& pattern, const Vector<double>& K, const Vector<double>& F,
-                  Vector<double>& U) {
-  SolverHandle* handle = nullptr;
-  int step = 0;
-  const auto done = [&](int error, const char* what) {
-    if (error != 0)
-      console_line("Solver Returned Error Code ", std::int64_t{error});
-    else
-      console_line("Solver Step " + std::to_string(++step) + " of 6 - " + what + " Completed");
-    return error == 0;
+int solve_linear(const SymmetricMatrix& K, const Vector<double>& F, const Progress& done,
+                 Vector<double>& U) {
+  const MatrixPattern& p = *K.pattern;
+  assert(K.values.size() == p.nnz && F.size() == p.n && U.size() == p.n);
+  OwnedSolver solver;
+  int code = 0;
+  const auto went_well = [&](int outcome, Step step) {
+    code = outcome;
+    if (code == 0) done(step);
+    return code == 0;
   };
-  const int n = pattern.n;
-  const int *ia = pattern.ia.data(), *ja = pattern.ja.data();
-  const bool solved =
-      done(solver_create(handle, 0), "Creation") &&
-      done(solver_define_structure(handle, SOLVER_SYMMETRIC, ia, n, n, ja, pattern.nnz),
-           "Definition") &&
-      done(solver_reorder(handle, 0, nullptr), "Reordering") &&
-      done(solver_factor_real(handle, SOLVER_POSITIVE_DEFINITE, K.data()), "Factorization") &&
-      done(solver_solve_real(handle, 0, F.data(), 1, U.data()), "Solution");
-  const int deleted = solver_delete(handle, 0);  // after a failure too, but then without a line
-  if (solved) done(deleted, "Deletion");
+  const int *ia = p.ia.data(), *ja = p.ja.data();
+  if (went_well(solver_create(solver.handle, 0), Step::SOLVER_CREATION) &&
+      went_well(solver_define_structure(solver.handle, SOLVER_SYMMETRIC, ia, p.n, p.n, ja, p.nnz),
+                Step::SOLVER_DEFINITION) &&
+      went_well(solver_reorder(solver.handle, 0, nullptr), Step::SOLVER_REORDERING) &&
+      went_well(solver_factor_real(solver.handle, SOLVER_POSITIVE_DEFINITE, K.values.data()),
+                Step::SOLVER_FACTORIZATION) &&
+      went_well(solver_solve_real(solver.handle, 0, F.data(), 1, U.data()), Step::SOLVER_SOLUTION))
+    went_well(solver_delete(solver.handle, 0), Step::SOLVER_DELETION);
+  return code;
 }
 
 }  // namespace zelvo

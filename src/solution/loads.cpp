@@ -2,8 +2,7 @@
 
 #include <cmath>
 
-#include "base/text.h"
-#include "model/pattern.h"
+#include "model/segments.h"
 
 namespace zelvo {
 
@@ -22,13 +21,14 @@ struct Loading {
 };
 
 // Nodes that share the load of a plate: the ends of its strips.
+constexpr int MAX_LINE = 5;
 struct PlateLine {
   int nodes;
-  int node[5];
+  int node[MAX_LINE];
 };
 
 constexpr PlateLine every_second(int first) {
-  return {5, {first, first + 2, first + 4, first + 6, first + 8}};
+  return {MAX_LINE, {first, first + 2, first + 4, first + 6, first + 8}};
 }
 constexpr PlateLine left_web(const GirderPattern& g) { return every_second(g.left_top()); }
 constexpr PlateLine right_web(const GirderPattern& g) { return every_second(g.right_foot()); }
@@ -55,12 +55,13 @@ void add_plate_weight(const Loading& load, const PlateLine& line, double panel_w
   const auto panel = [&](int j) {
     return STEEL_DENSITY * panel_width * plates.t(j) * STATION_SPACING;
   };
-  int row = 1;
-  for (int j = 1; j <= plates.n; ++j)
-    for (const int end = row + plates.len(j) / STATION_SPACING; row < end; ++row)
-      add_weight(load, line, row, panel(j));
+  int behind = 1;  // the row behind the last one
+  each_segment(plates.n, plates.len, STATION_SPACING, [&](int j, int begin, int end) {
+    for (int row = begin + 1; row <= end; ++row) add_weight(load, line, row, panel(j));
+    behind = end + 1;
+  });
   add_weight(load, line, 1, -panel(1) / 2);
-  add_weight(load, line, row, panel(plates.n) / 2);
+  add_weight(load, line, behind, panel(plates.n) / 2);
 }
 
 void add_self_weight(const Loading& load, const Model& m, double dw) {
@@ -79,18 +80,16 @@ void add_self_weight(const Loading& load, const Model& m, double dw) {
 // Visits the rows of every pour segment, both of its end rows included.
 template <class Visit>
 void each_pour_row(const Model& m, Visit visit) {
-  int first = 1;
-  for (int j = 1; j <= m.npour; ++j) {
-    const int last = first + m.pour_len(j) / STATION_SPACING;
-    for (int row = first; row <= last; ++row) visit(j, row, row == first || row == last);
-    first = last;
-  }
+  each_segment(m.npour, m.pour_len, STATION_SPACING, [&](int j, int begin, int end) {
+    for (int row = begin + 1; row <= end + 1; ++row)
+      visit(j, row, row == begin + 1 || row == end + 1);
+  });
 }
 
 // Six nodes of each girder share the load of a foot; a boundary row takes half from each side.
 void load_top_flanges(const Loading& load, const Model& m, int k) {
   each_pour_row(m, [&](int j, int row, bool end) {
-    const double q = m.pour_load(k, j) / (6 * load.pattern.girders);
+    const double q = m.pour_load(k, j) / (LINKS_PER_GIRDER * load.pattern.girders);
     for (int l = 0; l < load.pattern.links; ++l)
       load.add_down(row, load.pattern.link[l].flange, end ? q / 2 : q);
   });
@@ -101,20 +100,18 @@ void load_bottom_flange(const Loading& load, const Model& m, int k) {
   const GirderPattern& g = load.pattern.girder[0];
   each_pour_row(m, [&](int j, int row, bool) {
     for (int n = g.left_foot(); n <= g.right_foot(); ++n)
-      load.add_down(row, n, m.pour_load(k, j) / 9);
+      load.add_down(row, n, m.pour_load(k, j) / GirderPattern::BOTTOM_NODES);
   });
 }
 
 // Forces along z at both ends: the couple of the flange force over the depth.
 void store_end_couples(const Loading& load, const Model& m, int k) {
-  const double length = m.lgbr;
-  const double force = length * length * (m.pour_load(k, 1) / 12) / (8 * m.secdim.depth);
-  console_line("Force applied to top and bottom flange = ", force);
+  const double force = end_couple_force(m, k);
   const PlateLine line = bottom(load.pattern.girder[0]);
   const auto store = [&](int row, double sign) {
     for (int l = 0; l < load.pattern.links; ++l)
-      load.at(row, load.pattern.link[l].flange, 3) = -sign * force / 6;
-    for (int i = 0; i < line.nodes; ++i) load.at(row, line.node[i], 3) = sign * force / 5;
+      load.at(row, load.pattern.link[l].flange, 3) = -sign * force / load.pattern.links;
+    for (int i = 0; i < line.nodes; ++i) load.at(row, line.node[i], 3) = sign * force / line.nodes;
   };
   store(1, 1);
   store(m.nstn(), -1);
@@ -128,16 +125,27 @@ void store_end_force(const Loading& load, const Model& m) {
 
 }  // namespace
 
-double web_width(const Model& model, const Nodes& nodes) {
-  const GirderPattern& g = section_pattern(model.ngird).girder[0];
-  const double *top = nodes.xyz.column(g.left_top()), *foot = nodes.xyz.column(g.left_foot());
+double web_width(const Structure& structure) {
+  const GirderPattern& g = structure.section->girder[0];
+  const double* top = structure.nodes.xyz.column(g.left_top());
+  const double* foot = structure.nodes.xyz.column(g.left_foot());
   const double x = top[0] - foot[0], y = top[1] - foot[1];
   return std::sqrt(x * x + y * y);
 }
 
-void load_one_girder(const Model& model, int k, bool selfwt, double dw, Vector<double>& F) {
+bool loads_end_couples(const Model& model) {
+  return model.ngird == 1 && model.load_pattern == END_COUPLES;
+}
+
+double end_couple_force(const Model& model, int k) {
+  const double length = model.lgbr;
+  return length * length * (model.pour_load(k, 1) / 12) / (8 * model.secdim.depth);
+}
+
+void load_one_girder(const Model& model, int k, SteelWeight weight, double dw, Vector<double>& F) {
+  assert(1 <= k && k <= model.nanal);
   const Loading load{ONE_GIRDER, F};
-  if (selfwt) add_self_weight(load, model, dw);
+  if (weight == SteelWeight::INCLUDED) add_self_weight(load, model, dw);
   switch (model.load_pattern) {
     case ON_TOP_FLANGES:
       return load_top_flanges(load, model, k);
@@ -152,9 +160,10 @@ void load_one_girder(const Model& model, int k, bool selfwt, double dw, Vector<d
   }
 }
 
-void load_two_girders(const Model& model, int k, bool selfwt, double dw, Vector<double>& F) {
+void load_two_girders(const Model& model, int k, SteelWeight weight, double dw, Vector<double>& F) {
+  assert(1 <= k && k <= model.nanal);
   const Loading load{TWO_GIRDERS, F};
-  if (selfwt) add_self_weight(load, model, dw);
+  if (weight == SteelWeight::INCLUDED) add_self_weight(load, model, dw);
   load_top_flanges(load, model, k);
 }
 

@@ -1,29 +1,26 @@
-// Result files read straight from the displacements: deflections, rotations, reactions. Each call
-// appends the block of analysis k to out.
+// Displacements of the stations and reactions of the supports, read from the displacements of all
+// nodes.
 #pragma once
-#include <string>
-
-#include "base/arrays.h"
-#include "model/elements.h"
+#include "model/structure.h"
 
 namespace zelvo {
 
-// Vertical displacement of the first girder every 24 inches, the mean of its two web feet, inches.
-//
-//   U  (equations)  in  displacements, inches and radians
-void write_deflections(const Vector<double>& U, int lgbr, int k, std::string& out);
-void write_deflections_two(const Vector<double>& U, int lgbr, int k, std::string& out);
+// Motion of the girders' sections at every station.
+struct StationDisplacements {
+  Matrix<double> deflection;  // (nstn,girders) inches up: mean of the two web feet
+  Matrix<double> rotation;  // (nstn,girders) radians: left foot less right foot over their distance
+};
 
-// Rotation of its section there: the difference of the feet over the width of the bottom flange,
-// radians.
-void write_rotations(const Vector<double>& U, int lgbr, int k, double flange_width,
-                     std::string& out);
-void write_rotations_two(const Vector<double>& U, int lgbr, int k, double flange_width,
-                         std::string& out);
+//   U  (equations)  in  inches and radians
+StationDisplacements station_displacements(const Model& model, const Structure& structure,
+                                           const Vector<double>& U);
 
-// Vertical reaction of every support and girder, kips, upward positive: the force of the penalties
-// of the nine nodes of its bottom flange.
-void write_reactions(const Elements& elements, const Vector<double>& U, int ngird, int k,
-                     std::string& out);
+// Vertical reactions, kips, upward positive: the forces of the penalties that hold the bottom
+// flanges.
+struct Reactions {
+  Vector<int> station;      // (nsupp) of each support, counted from 0
+  Matrix<double> vertical;  // (nsupp,girders)
+};
+Reactions support_reactions(const Structure& structure, const Vector<double>& U);
 
 }  // namespace zelvo

@@ -1,9 +1,6 @@
 // Support conditions as penalties on stored values of the stiffness matrix.
 #pragma once
-#include "base/arrays.h"
-#include "model/description.h"
-#include "model/elements.h"
-#include "model/matrix.h"
+#include "model/structure.h"
 
 namespace zelvo {
 
@@ -16,8 +13,10 @@ constexpr double BIG = 1.0e20;
 // the girder by 1000 times the largest value that K stores on entry: in a straight model every node
 // in x, in a curved one the centre node along the radius.
 //
-//   K  (nnz)  in/out  assembled stiffness
-void apply_supports(const Model& model, const Elements& elements, const MatrixPattern& pattern,
-                    Vector<double>& K);
+//   K  in/out  assembled stiffness
+void apply_supports(const Model& model, const Structure& structure, SymmetricMatrix& K);
+
+// The penalty of the rollers for a stiffness as assembled: 1000 times its largest stored value.
+double roller_penalty(const SymmetricMatrix& K);
 
 }  // namespace zelvo

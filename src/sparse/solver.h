@@ -57,4 +57,15 @@ int solver_solve_real(SolverHandle* handle, std::uint32_t options, const double*
 // Frees the handle and all memory of the solver and sets the handle to null. Options: levels.
 int solver_delete(SolverHandle*& handle, std::uint32_t options);
 
+// A handle that is deleted wherever its owner goes out of scope, by an exception too.
+struct OwnedSolver {
+  SolverHandle* handle = nullptr;
+  OwnedSolver() = default;
+  OwnedSolver(const OwnedSolver&) = delete;
+  OwnedSolver& operator=(const OwnedSolver&) = delete;
+  ~OwnedSolver() {
+    if (handle != nullptr) solver_delete(handle, 0);
+  }
+};
+
 }  // namespace zelvo

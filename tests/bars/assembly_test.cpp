@@ -5,10 +5,10 @@
 
 #include "bars/geometric.h"
 #include "bars/laterals.h"
+#include "bars/stiffener_geometric.h"
 #include "bars/studs.h"
 #include "bars/supports.h"
 #include "matrix/product.h"
-#include "model/pattern.h"
 #include "support/models.h"
 
 using namespace zelvo;
@@ -38,30 +38,31 @@ TEST(BarAssembly, OfTwoCurvedGirdersIsFreeUnderRigidMotion) {
   add_ebraces(m, {24});
   add_laterals(m, {{1, 24, 72}, {2, 24, 72}});
   add_stiffeners(m, {48});
-  const auto [nodes, elements, properties] = generate(m);
-  const MatrixPattern pattern = build_pattern(nodes.nnode, elements);
-  Vector<double> K(pattern.nnz), KG(pattern.nnz), U(pattern.n);
-  assemble_studs(elements, properties, 1, pattern, K);
-  EXPECT_EQ(K(pattern.ia(equation(50, 2))), STUD_UPLIFT_K);
-  const auto largest_force = [&](const Vector<double>& A, int t) {
-    Vector<double> f(pattern.n);
-    sym_matvec(pattern.n, A.data(), pattern.ia.data(), pattern.ja.data(), motion(nodes, t).data(),
-               f.data());
+  const Structure bridge = generate_structure(m);
+  const Nodes& nodes = bridge.nodes;
+  SymmetricMatrix K = matrix_of(bridge), KG = matrix_of(bridge);
+  Vector<double> U(K.n());
+  assemble_studs(bridge, 1, K);
+  EXPECT_EQ(K.own_value(50, 2, 2), STUD_UPLIFT_K);
+  const auto largest_force = [&](const SymmetricMatrix& A, int t) {
+    const MatrixPattern& p = *A.pattern;
+    Vector<double> f(p.n);
+    sym_matvec(p.n, A.values.data(), p.ia.data(), p.ja.data(), motion(nodes, t).data(), f.data());
     return std::abs(*std::ranges::max_element(f, {}, [](double x) { return std::abs(x); }));
   };
-  const int a = elements.latconn(1, 1), b = elements.latconn(2, 1);
-  for (int i = 1; i <= pattern.n; ++i) U(i) = 0.01 * std::sin(i);
+  const int a = bridge.elements.latconn(1, 1), b = bridge.elements.latconn(2, 1);
+  for (int i = 1; i <= K.n(); ++i) U(i) = 0.01 * std::sin(i);
   for (int i = 1; i <= 3; ++i) U(equation(a, i)) = 0.1 * (nodes.xyz(i, b) - nodes.xyz(i, a));
-  assemble_ibraces(nodes, elements, properties, pattern, K);
-  assemble_ebraces(nodes, elements, properties, pattern, K);
-  assemble_laterals(nodes, elements, properties, pattern, K);
-  assemble_stiffeners(nodes, elements, properties, pattern, K);
-  assemble_supports(nodes, elements, pattern, K);
-  assemble_laterals_geo(nodes, elements, properties, U, pattern, KG);
-  EXPECT_LT(KG(pattern.ia(equation(a, 1))), 0) << "a lateral in compression";
-  assemble_ibraces_geo(nodes, elements, properties, U, pattern, KG);
-  assemble_ebraces_geo(nodes, elements, properties, U, pattern, KG);
-  assemble_stiffeners_geo(nodes, elements, properties, U, pattern, KG);
+  assemble_ibraces(bridge, K);
+  assemble_ebraces(bridge, K);
+  assemble_laterals(bridge, K);
+  assemble_stiffeners(bridge, K);
+  assemble_supports(bridge, K);
+  assemble_laterals_geo(bridge, U, KG);
+  EXPECT_LT(KG.own_value(a, 1, 1), 0) << "a lateral in compression";
+  assemble_ibraces_geo(bridge, U, KG);
+  assemble_ebraces_geo(bridge, U, KG);
+  assemble_stiffeners_geo(bridge, U, KG);
   for (int t = 1; t <= 6; ++t) EXPECT_LT(largest_force(K, t), 1e-3) << "motion " << t;
   for (int t = 1; t <= 3; ++t) EXPECT_LT(largest_force(KG, t), 1e-9) << "motion " << t;
 }

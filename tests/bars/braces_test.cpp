@@ -10,7 +10,7 @@ using namespace zelvo;
 
 // Four corners of a section, 60 deep.
 static const BraceCorners CORNERS{{-50, 60, 0, 50, 60, 0, -35, 0, 0, 35, 0, 0}};
-static const FixedVector<double, 3> AREA_5{{29600.0, 5.0, 1.0}};
+static const BarProperty AREA_5{29600.0, 5.0, 1.0};
 
 // Every triple of v turned by a rotation that leaves no axis where it was: columns of sevenths.
 static BraceCorners turned(const BraceCorners& v) {

@@ -5,7 +5,7 @@
 using namespace zelvo;
 
 TEST(Bar, MatchesHandCalculationOf3By4By12Bar) {  // 13 long: exact by hand
-  const FixedVector<double, 3> prop{{29600.0, 5.0, 0.0}};
+  const BarProperty prop{29600.0, 5.0, 0.0};
   const FixedVector<double, 6> c{{1, 2, 3, 4, 6, 15}}, back{{4, 6, 15, 1, 2, 3}};
   BarMatrix ke{}, kg{}, swapped{};
   bar_stiffness(ke, c, prop);

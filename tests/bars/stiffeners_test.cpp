@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "bars/geometric.h"
+#include "bars/stiffener_geometric.h"
 
 using namespace zelvo;
 
@@ -19,12 +19,13 @@ TEST(StiffenerTable, MatchesTheCondensedChain) {
 
 // Along x, webs normal y. How the frame is turned, rigid motions show on whole girders.
 static const FixedVector<double, 27> ENDS{{0, 0, 0, 8, 0, 0}};
-static const FixedVector<double, 3> X{{1, 0, 0}}, Y{{0, 1, 0}}, Z{{0, 0, 1}};
-static const FixedVector<double, 3> PROP{{29600.0, 6.0, 0.75}};
+static const StiffenerFrame AXES{{{1, 0, 0}}, {{0, 1, 0}}, {{0, 0, 1}}};
+static const StiffenerProperty PROP{29600.0, 6.0, 0.75};
 
 static void expect_symmetry_and_free_ends(const StiffenerMatrix& k) {
   for (int j = 1; j <= 45; ++j) {
-    EXPECT_TRUE(k(4, j) == 0 && k(44, j) == 0) << "no torque on the end nodes";
+    EXPECT_EQ(k(4, j), 0) << "no torque on the first node";
+    EXPECT_EQ(k(44, j), 0) << "no torque on the last node";
     for (int i = 1; i <= 45; ++i) EXPECT_NEAR(k(i, j), k(j, i), 1e-9);
   }
 }
@@ -32,7 +33,7 @@ static void expect_symmetry_and_free_ends(const StiffenerMatrix& k) {
 TEST(Stiffener, MatchesHandCalculation) {
   StiffenerMatrix ke;
   StiffenerTransform tm;
-  stiffener_stiffness(ke, ENDS, X, Y, Z, PROP, tm);
+  stiffener_stiffness(ke, ENDS, AXES, PROP, tm);
   const double Is = 6.0 * 6 * 6 * 0.75 / 12, Iw = 0.75 * 0.75 * 0.75 * 6 / 12;
   EXPECT_NEAR(ke(1, 1), 16650.0, 1e-8);
   EXPECT_NEAR(ke(21, 21), 33300.0, 1e-8);
@@ -46,7 +47,7 @@ TEST(Stiffener, MatchesHandCalculation) {
 static StiffenerMatrix geometric_under(const FixedMatrix<double, 6, 9>& f6) {
   StiffenerTransform tm;
   StiffenerMatrix kg;
-  stiffener_geo_stiffness(kg, ENDS, X, Y, Z, PROP, tm, f6);
+  stiffener_geo_stiffness(kg, ENDS, AXES, PROP, tm, f6);
   return kg;
 }
 

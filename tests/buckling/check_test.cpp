@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "buckling/quality.h"
+#include "control/console_lines.h"
 #include "support/models.h"
 #include "support/run.h"
 
@@ -19,8 +20,7 @@ namespace {
 
 // What a check is given: a braced bit of girder under end couples.
 struct Problem {
-  MatrixPattern pattern;
-  Vector<double> K, KG;
+  SymmetricMatrix K, KG;
 };
 
 Problem make_problem(double load) {
@@ -33,42 +33,50 @@ Problem make_problem(double load) {
   m.tol = 1e-12;
   m.solver_type = 1;
   Run run = std::move(analyse(m).run);
-  for (double& v : run.KG) v = -v;  // the run's own check has turned it
-  return {run.pattern, run.K, run.KG};
+  for (double& v : run.KG.values) v = -v;  // the run's own check has turned it
+  return {run.K, run.KG};
 }
 
-// What a check leaves and what it says.
+// What a check leaves.
 struct Check {
-  Vector<double> eigval, KG;
-  Matrix<double> eigvec;
-  std::string console, warnings;
+  EigenOutcome outcome;
+  BucklingModes modes;
+  SymmetricMatrix KG;
+  std::string console, warnings;  // as a stage writes them
+  double factor(int m) const { return modes.eigval(m); }
 };
 
 // The factors begin with the value untouched.
 Check run_check(const Problem& p, const EigenOptions& options, double untouched = 0) {
-  Check c{Vector<double>(options.nev), p.KG, Matrix<double>(p.pattern.n, options.nev), "", ""};
-  for (double& v : c.eigval) v = untouched;
+  Check c{{}, {Vector<double>(options.nev), Matrix<double>(p.K.n(), options.nev)}, p.KG, "", ""};
+  for (double& v : c.modes.eigval) v = untouched;
+  StepClock clock;
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
-  buckling_solve(p.pattern, p.K, c.KG, options, LANCZOS_VECTORS, c.eigval, c.eigvec);
+  c.outcome = buckling_solve(p.K, c.KG, options, console_steps(clock), c.modes);
+  print_outcome(c.outcome);
+  BucklingResults results{c.outcome, c.modes, {}, {}};
+  if (c.outcome.found) results.quality = measure_pairs(p.K, c.KG, c.modes);
+  warn_of_loose_pairs(4, options, results);
   c.warnings = testing::internal::GetCapturedStderr();
   c.console = testing::internal::GetCapturedStdout();
   return c;
 }
 
-std::vector<double> dense(const MatrixPattern& p, const Vector<double>& values) {
+std::vector<double> dense(const SymmetricMatrix& A) {
+  const MatrixPattern& p = *A.pattern;
   const auto n = static_cast<std::size_t>(p.n);
   std::vector<double> a(n * n);
   for (int r = 1; r <= p.n; ++r)
     for (int t = p.ia(r); t < p.ia(r + 1); ++t)
-      a[static_cast<std::size_t>(r - 1) + n * static_cast<std::size_t>(p.ja(t) - 1)] = values(t);
+      a[static_cast<std::size_t>(r - 1) + n * static_cast<std::size_t>(p.ja(t) - 1)] = A.values(t);
   return a;
 }
 
 // The factors by the smallest mu of KG x = mu K x, as -1/mu, smallest first.
 std::vector<double> dense_factors(const Problem& p, std::size_t count) {
-  std::vector<double> a = dense(p.pattern, p.KG), b = dense(p.pattern, p.K);
-  const int n = p.pattern.n, itype = 1, lwork = 64 * n;
+  std::vector<double> a = dense(p.KG), b = dense(p.K);
+  const int n = p.K.n(), itype = 1, lwork = 64 * n;
   std::vector<double> w(static_cast<std::size_t>(n)), work(static_cast<std::size_t>(lwork));
   int info = 0;
   dsygv_(&itype, "N", "U", &n, a.data(), &n, b.data(), &n, w.data(), work.data(), &lwork, &info);
@@ -81,8 +89,8 @@ std::vector<double> dense_factors(const Problem& p, std::size_t count) {
 // |cosine| of two shapes.
 double likeness(const Check& a, const Check& b, int mode) {
   double xx = 0, xy = 0, yy = 0;
-  for (int i = 1; i <= a.eigvec.rows(); ++i) {
-    const double x = a.eigvec(i, mode), y = b.eigvec(i, mode);
+  for (int i = 1; i <= a.modes.eigvec.rows(); ++i) {
+    const double x = a.modes.eigvec(i, mode), y = b.modes.eigvec(i, mode);
     xx += x * x;
     xy += x * y;
     yy += y * y;
@@ -93,44 +101,43 @@ double likeness(const Check& a, const Check& b, int mode) {
 }  // namespace
 
 TEST(BucklingCheck, GivesTheFactorsOfADenseEigensolver) {
-  const Problem p = make_problem(300);
+  const Problem p = make_problem(3);
   const std::vector<double> exact = dense_factors(p, 3);
   const Check c = run_check(p, {3, 1, 1e-12, 0});
   for (int m = 1; m <= 3; ++m)
-    EXPECT_NEAR(c.eigval(m) / exact[static_cast<std::size_t>(m - 1)], 1, 1e-8) << m;
+    EXPECT_NEAR(c.factor(m) / exact[static_cast<std::size_t>(m - 1)], 1, 1e-8) << m;
   EXPECT_EQ(c.warnings, "");
   // A shift between two factors: K + sigma KG is indefinite and needs L D L'.
   Check between = run_check(p, {2, 2, 1e-12, 0.4 * exact[0] + 0.6 * exact[1]});
-  std::sort(between.eigval.begin(), between.eigval.end());
-  for (int m = 1; m <= 2; ++m) EXPECT_NEAR(between.eigval(m) / c.eigval(m), 1, 1e-7) << m;
+  std::sort(between.modes.eigval.begin(), between.modes.eigval.end());
+  for (int m = 1; m <= 2; ++m) EXPECT_NEAR(between.factor(m) / c.factor(m), 1, 1e-7) << m;
 }
 
 TEST(BucklingCheck, OfBothKindsGivesTheSameFactorsAndShapesInverseToTheLoad) {
-  const Problem p = make_problem(300);
+  const Problem p = make_problem(3);
   const Check one = run_check(p, {2, 1, 1e-12, 0});
-  const Check two = run_check(p, {2, 2, 1e-12, 0.5 * one.eigval(1)});
-  const Check twice = run_check(make_problem(600), {2, 1, 1e-12, 0});
-  const RowBundles rows = find_bundles(p.pattern.n, p.pattern.ia.data(), p.pattern.ja.data());
+  const Check two = run_check(p, {2, 2, 1e-12, 0.5 * one.factor(1)});
+  const Check twice = run_check(make_problem(6), {2, 1, 1e-12, 0});
   for (int m = 1; m <= 2; ++m) {
-    EXPECT_NEAR(two.eigval(m) / one.eigval(m), 1, 1e-6);
-    EXPECT_NEAR(twice.eigval(m) / one.eigval(m), 0.5, 1e-8);
+    EXPECT_NEAR(two.factor(m) / one.factor(m), 1, 1e-6);
+    EXPECT_NEAR(twice.factor(m) / one.factor(m), 0.5, 1e-8);
     EXPECT_GT(likeness(one, two, m), 1 - 1e-6);
     EXPECT_GT(likeness(one, twice, m), 1 - 1e-6);
     for (const Check* c : {&one, &two}) {
-      const PairQuality q = measure_pair(rows, p.K, c->KG, c->eigval(m), c->eigvec.column(m));
+      const PairQuality q = measure_pairs(p.K, c->KG, c->modes)(m);
       EXPECT_LT(q.residual, 1e-6);
-      EXPECT_NEAR(q.rayleigh / c->eigval(m), 1, 1e-8);
+      EXPECT_NEAR(q.rayleigh / c->factor(m), 1, 1e-8);
     }
   }
-  for (std::int64_t t = 1; t <= p.KG.size(); ++t) ASSERT_EQ(one.KG(t), -p.KG(t));
+  for (int t = 1; t <= p.KG.pattern->nnz; ++t) ASSERT_EQ(one.KG.values(t), -p.KG.values(t));
 }
 
 TEST(BucklingCheck, ThatFailsSaysSoAndLeavesTheFactors) {
-  const Problem sound = make_problem(300);
+  const Problem sound = make_problem(3);
   Problem no_stiffness = sound, zero_diagonal = sound;
-  no_stiffness.K.clear();  // the first pivot is zero: neither factorization takes it
-  zero_diagonal.KG.clear();
-  zero_diagonal.K(sound.pattern.ia(6)) = 0;  // counts as negative
+  no_stiffness.K.values.clear();  // the first pivot is zero: neither factorization takes it
+  zero_diagonal.KG.values.clear();
+  zero_diagonal.K.own_value(2, 1, 1) = 0;  // counts as negative
   const struct {
     const Problem& problem;
     EigenOptions options;
@@ -147,18 +154,36 @@ TEST(BucklingCheck, ThatFailsSaysSoAndLeavesTheFactors) {
   for (const auto& c : cases) {
     const Check check = run_check(c.problem, c.options, 7.5);
     EXPECT_NE(check.console.find(c.words), std::string::npos) << check.console;
-    for (const double factor : check.eigval) EXPECT_EQ(factor, 7.5) << c.words;
+    for (const double factor : check.modes.eigval) EXPECT_EQ(factor, 7.5) << c.words;
   }
 }
 
+// The factors of the stage before stay, and scale the stage; the next one finds its own.
+TEST(BucklingCheck, OfAStageThatFailsKeepsTheFactorsOfTheStageBefore) {
+  Model m = one_girder(48);
+  set_stages(m, {48}, 3);
+  m.load_pattern = 3;  // each stage its own load
+  m.pour_load(2, 1) = 3e12;
+  m.buckle = true;
+  m.solver_type = 2;
+  m.tol = 1e-10;
+  m.sigma = 1;
+  const Bridge b = analyse(m);
+  const auto factor = [&](int k) { return b.results(k).buckling.modes.eigval(1); };
+  EXPECT_GT(b.results(2).buckling.outcome.negative_terms, 0);
+  EXPECT_EQ(factor(2), factor(1));
+  EXPECT_NEAR(b.deflection(2, 24), 1e12 * b.deflection(1, 24), 1e4 * b.deflection(1, 24));
+  EXPECT_NEAR(factor(3) / factor(1), 1, 1e-7);
+}
+
 TEST(BucklingCheck, WarnsOfModesThatAreLooseOrHaveNotConverged) {
-  const Problem p = make_problem(300);
+  const Problem p = make_problem(3);
   const Check limit = run_check(p, {9, 1, 1e-30, 0});
   EXPECT_NE(limit.console.find(".\n  Maximum number of iterations reached.\n\n\n"),
             std::string::npos);
   EXPECT_NE(limit.warnings.find("modes have converged"), std::string::npos);
-  const double first = run_check(p, {1, 1, 1e-12, 0}).eigval(1);
-  const Check loose = run_check(p, {2, 2, 1e-1, 0.001 * first, 4});
+  const double first = run_check(p, {1, 1, 1e-12, 0}).factor(1);
+  const Check loose = run_check(p, {2, 2, 1e-1, 0.001 * first});
   EXPECT_NE(loose.warnings.find("analysis 4, mode 1: "), std::string::npos) << loose.warnings;
   EXPECT_NE(loose.warnings.find("solver"), std::string::npos);
 }

@@ -9,10 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "buckling/shape.h"
 #include "cli/program.h"
 #include "control/input.h"
-#include "model/pattern.h"
+#include "results/blocks.h"
 #include "support/models.h"
 
 using namespace zelvo;
@@ -102,10 +101,12 @@ static std::vector<Mode> read_modes(const std::string& file) {
 
 // Factors to 1e-5, shapes up to sign to 1e-3 of their largest displacement.
 static void compare_shapes(const std::string& expected, const std::string& actual, const Model& m) {
-  const Nodes nodes = generate(m).nodes;
+  const Structure structure = generate_structure(m);
+  BucklingResults none;
+  none.modes.eigval = Vector<double>(1);
+  none.sections = buckled_sections(m, structure, Matrix<double>(NDOF * structure.nodes.nnode, 1));
   std::string undeformed;
-  (m.ngird == 1 ? write_shape : write_shape_two)(
-      m, nodes, Vector<double>(1), Matrix<double>(NDOF * nodes.nnode, 1), 1, undeformed);
+  (m.ngird == 1 ? write_shape : write_shape_two)(none, 1, undeformed);
   const std::vector<double> base = read_modes(undeformed)[0].position;
   const std::vector<Mode> e = read_modes(expected), a = read_modes(actual);
   ASSERT_EQ(e.size(), a.size());

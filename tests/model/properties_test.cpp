@@ -12,10 +12,15 @@ TEST(BarProperties, RepeatTheInputRowsForEveryElementOfTheRow) {
   add_ebraces(m, {48}, 3, 4);
   add_stiffeners(m, {24, 48});
   m.ib_area(2) = m.ws_b(2) = 7;
-  const Properties p = generate(m).properties;
-  EXPECT_TRUE(p.ibprop(2, 3) == 5 && p.ibprop(2, 4) == 7 && p.ibprop(3, 4) == 2);
-  EXPECT_TRUE(p.ebprop(2, 1) == 4 && p.ebprop(3, 1) == 3);
-  EXPECT_TRUE(p.wsprop(2, 4) == 6 && p.wsprop(2, 5) == 7 && p.wsprop(3, 5) == 0.5);
+  const Properties p = generate_structure(m).properties;
+  EXPECT_EQ(p.ibprop(3).area, 5);
+  EXPECT_EQ(p.ibprop(4).area, 7);
+  EXPECT_EQ(p.ibprop(4).type, 2);
+  EXPECT_EQ(p.ebprop(1).area, 4);
+  EXPECT_EQ(p.ebprop(1).type, 3);
+  EXPECT_EQ(p.wsprop(4).width, 6);
+  EXPECT_EQ(p.wsprop(5).width, 7);
+  EXPECT_EQ(p.wsprop(5).thickness, 0.5);
 }
 
 TEST(StudLinks, StandForTheStudsOfTwelveInchesInTheLaterSegmentAtASharedStation) {
@@ -32,7 +37,7 @@ TEST(StudLinks, StandForTheStudsOfTwelveInchesInTheLaterSegmentAtASharedStation)
     set_studs(m, {{24, c.spacing, double(c.count)}, {24, c.spacing, -1}});
     set_stages(m, {24, 24}, 1);
     m.pour_k(1, 2) = 20;
-    const Properties p = generate(m).properties;
+    const Properties p = generate_structure(m).properties;
     for (int l = 1; l <= 60; ++l) {
       EXPECT_DOUBLE_EQ(p.studnum(l), l % 3 == 2 ? c.web : c.edge) << c.spacing << " " << c.count;
       EXPECT_EQ(p.studk(1, l), l <= 24 ? 0.0001 : 20) << "link " << l;

@@ -6,10 +6,10 @@
 #include <cmath>
 #include <numbers>
 
-#include "model/pattern.h"
 #include "shell/assembly.h"
 #include "solution/linear.h"
 #include "solution/supports.h"
+#include "support/models.h"
 #include "support/shells.h"
 
 using namespace zelvo;
@@ -21,9 +21,8 @@ static double simpson(int i, int n) { return (i % 2 ? 4.0 : i % (2 * n) ? 2.0 : 
 // the tangents of the surface at 0 <= r, s <= 1.
 struct Mesh {
   int nx, ny;
-  Nodes nodes;
-  Elements elements;
-  Properties properties;
+  Structure structure;
+  Nodes& nodes = structure.nodes;
   Vector<double> F, U;
   Vector<int> held;
 
@@ -39,6 +38,8 @@ struct Mesh {
             nodes.vt2.column(m));
       cross(nodes.vt1.column(m), nodes.vt2.column(m), nodes.vn.column(m));
     }
+    Elements& elements = structure.elements;
+    Properties& properties = structure.properties;
     elements.nshell = nx * ny;
     elements.shconn = Matrix<int>(9, nx * ny);
     for (int e = 0; e < nx * ny; ++e)
@@ -47,8 +48,8 @@ struct Mesh {
             node(2 * (e % nx) + 1 + lagrange::NODE_R[k], 2 * (e / nx) + 1 + lagrange::NODE_S[k]);
     properties.shmat = Vector<int>(nx * ny);
     for (int& m : properties.shmat) m = 1;
-    properties.shprop = Array3<double>(1, 4, 1);
-    set3(&properties.shprop(1, MODULUS, 1), young, poisson, thick);
+    properties.shprop = Matrix<ShellProperty>(1, 1);
+    properties.shprop(1, 1) = {young, poisson, thick, STEEL_PLATE};
   }
   int node(int i, int j) const { return (2 * nx + 1) * j + i + 1; }  // i, j from 0
   int column(int m) const { return (m - 1) % (2 * nx + 1); }
@@ -62,12 +63,12 @@ struct Mesh {
   }
   // Held freedoms take F / BIG.
   double displacement(int m, int freedom) {
-    const MatrixPattern pattern = build_pattern(nodes.nnode, elements);
-    Vector<double> K(pattern.nnz);
-    assemble_shells(nodes, elements, properties, 1, pattern, K);
-    for (int i = 1; i <= pattern.n; ++i)
-      if (held(i)) K(pattern.ia(i)) = BIG;
-    solve_linear(pattern, K, F, U);
+    SymmetricMatrix K = matrix_of(structure);
+    LastInverse last;
+    assemble_shells(structure, 1, last, K);
+    for (int i = 1; i <= K.n(); ++i)
+      if (held(i)) K.values(K.pattern->ia(i)) = BIG;
+    EXPECT_EQ(solve_linear(K, F, no_progress, U), 0);
     return U(equation(m, freedom));
   }
 };

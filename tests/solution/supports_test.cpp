@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "model/pattern.h"
 #include "support/models.h"
 
 using namespace zelvo;
@@ -11,22 +10,20 @@ namespace {
 
 // The largest value is the 4 off the diagonal; the -9 must not count.
 struct Supported {
-  MatrixPattern pattern;
-  Vector<double> K;
+  SymmetricMatrix K;
 
   explicit Supported(const Model& m) {
-    const Structure s = generate(m);
-    pattern = build_pattern(s.nodes.nnode, s.elements);
-    K = Vector<double>(pattern.nnz);
-    K(1) = 3;
-    K(2) = 4;
-    K(pattern.ia(2)) = -9;
-    apply_supports(m, s.elements, pattern, K);
+    const Structure s = generate_structure(m);
+    K = matrix_of(s);
+    K.own_value(1, 1, 1) = 3;
+    K.own_value(1, 1, 2) = 4;
+    K.own_value(1, 2, 2) = -9;
+    apply_supports(m, s, K);
   }
-  void expect(int node, double x, double y, double z) const {
+  void expect(int node, double x, double y, double z) {
     const double values[3] = {x, y, z};
     for (int d = 1; d <= 3; ++d)
-      EXPECT_DOUBLE_EQ(K(pattern.ia(equation(node, d))), values[d - 1]) << "node " << node;
+      EXPECT_DOUBLE_EQ(K.own_value(node, d, d), values[d - 1]) << "node " << node;
   }
 };
 
@@ -36,7 +33,7 @@ struct Supported {
 TEST(Supports, OfAStraightModelHoldEveryRollerNodeAcross) {
   Model m = one_girder(48);
   set_supports(m, {48, 0, 0});
-  const Supported k(m);
+  Supported k(m);
   for (int n = 38; n <= 46; ++n) {
     k.expect(4 * 54 + n, n == 42 ? BIG : 0, BIG, n == 42 ? BIG : 0);
     k.expect(n, 8000, 2 * BIG, 0);

@@ -4,11 +4,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "model/description.h"
-#include "model/elements.h"
-#include "model/matrix.h"
-#include "model/nodes.h"
-#include "model/properties.h"
+#include "model/structure.h"
 
 namespace zelvo {
 
@@ -131,18 +127,11 @@ inline Model braced_span(int lgbr, Laterals laterals = Laterals::NONE) {
   return m;
 }
 
-// The structure of a model, generated.
-struct Structure {
-  Nodes nodes;
-  Elements elements;
-  Properties properties;
-};
-inline Structure generate(const Model& m) {
-  Structure s;
-  m.ngird == 2 ? generate_nodes_two(m, s.nodes) : generate_nodes_one(m, s.nodes);
-  s.elements = generate_elements(m);
-  s.properties = generate_properties(m, s.elements);
-  return s;
+// Zero matrix over the pattern of a structure.
+inline SymmetricMatrix matrix_of(const Structure& s) {
+  return zero_matrix(std::make_shared<const MatrixPattern>(
+                         build_pattern(s.nodes.nnode, element_nodes(s.elements))),
+                     "a test");
 }
 
 }  // namespace zelvo

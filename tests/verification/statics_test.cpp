@@ -30,7 +30,7 @@ TEST(CurvedBridge, AnswersTheSumOfTwoLoadsWithTheSumOfTheirDisplacements) {
   m.pour_load(1, 2) = m.pour_load(2, 1) = 0;
   const Bridge b = analyse(m);
   double largest = 0, worst = 0;
-  for (int i = 1; i <= b.run.pattern.n; ++i) {
+  for (int i = 1; i <= b.run.K.n(); ++i) {
     const double whole = b.stage[2].U(i);
     largest = std::max(largest, std::abs(whole));
     worst = std::max(worst, std::abs(b.stage[0].U(i) + b.stage[1].U(i) - whole));

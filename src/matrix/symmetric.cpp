@@ -1,63 +1,22 @@
-#include "model/matrix.h"
+#include "matrix/symmetric.h"
 
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "base/failures.h"
-#include "base/text.h"
-#include "model/pattern.h"
 
 namespace zelvo {
 
 namespace {
 
-// Lists of varying length, one behind the other: list i is item(start(i)) to item(start(i+1) - 1).
-struct Lists {
-  Vector<std::int64_t> start;
-  Vector<int> item;
-};
-
-template <class Visit>
-void each_element(const Elements& el, Visit visit) {
-  const auto table = [&](const Matrix<int>& conn) {
-    for (int e = 1; e <= conn.cols(); ++e) visit(conn.column(e), conn.rows());
-  };
-  table(el.shconn);
-  table(el.ibconn);
-  table(el.ebconn);
-  table(el.latconn);
-  table(el.wsconn);
-  table(el.studconn);
-  table(el.supconn);
-}
-
-// Nodes of every element of all kinds, numbered in one sequence.
-Lists elements_to_nodes(const Elements& el) {
-  int nel = 0;
-  std::int64_t total = 0;
-  each_element(el, [&](const int*, int nen) {
-    ++nel;
-    total += nen;
-  });
-  Lists elnode{Vector<std::int64_t>(std::int64_t{nel} + 1, "the element lists"),
-               Vector<int>(total, "the element lists", UNINITIALIZED)};
-  int e = 0;
-  std::int64_t next = 1;
-  each_element(el, [&](const int* node, int nen) {
-    elnode.start(++e) = next;
-    for (int a = 0; a < nen; ++a) elnode.item(next++) = node[a];
-  });
-  elnode.start(nel + 1) = next;
-  return elnode;
-}
-
 // Elements at every node, ascending.
-Lists nodes_to_elements(int nnode, const Lists& elnode) {
-  Lists ndelem{Vector<std::int64_t>(std::int64_t{nnode} + 2, "the node lists"),
-               Vector<int>(elnode.item.size(), "the node lists", UNINITIALIZED)};
+NodeLists nodes_to_elements(int nnode, const NodeLists& elnode) {
+  NodeLists ndelem{Vector<std::int64_t>(std::int64_t{nnode} + 2, "the node lists"),
+                   Vector<int>(elnode.item.size(), "the node lists", UNINITIALIZED)};
   // start(n+1) counts, then points to the next free place of node n, and ends as the start of n+1.
   for (const int n : elnode.item) ++ndelem.start(n + 2);
   ndelem.start(1) = ndelem.start(2) = 1;
@@ -72,7 +31,7 @@ Lists nodes_to_elements(int nnode, const Lists& elnode) {
 // A node itself, then every higher node that shares an element with it.
 class NeighbourLists {
  public:
-  NeighbourLists(int nnode, const Lists& elnode, const Lists& ndelem)
+  NeighbourLists(int nnode, const NodeLists& elnode, const NodeLists& ndelem)
       : elnode_(elnode), ndelem_(ndelem), seen_(nnode), list_(nnode) {}
   int collect(int i) {
     int k = 0;
@@ -95,8 +54,8 @@ class NeighbourLists {
   }
 
  private:
-  const Lists& elnode_;
-  const Lists& ndelem_;
+  const NodeLists& elnode_;
+  const NodeLists& ndelem_;
   Vector<int> seen_;  // (nnode) stamp of the last list that took the node
   Vector<int> list_;
   int stamp_ = 0;  // lists collected so far
@@ -127,10 +86,11 @@ void fill_rows(int nnode, NeighbourLists& lists, MatrixPattern& pattern) {
 
 }  // namespace
 
-MatrixPattern build_pattern(int nnode, const Elements& elements) {
-  const Lists elnode = elements_to_nodes(elements);
-  const Lists ndelem = nodes_to_elements(nnode, elnode);
-  NeighbourLists lists(nnode, elnode, ndelem);
+MatrixPattern build_pattern(int nnode, const NodeLists& elements) {
+  assert(std::all_of(elements.item.begin(), elements.item.end(),
+                     [=](int n) { return 1 <= n && n <= nnode; }));
+  const NodeLists ndelem = nodes_to_elements(nnode, elements);
+  NeighbourLists lists(nnode, elements, ndelem);
 
   const std::int64_t nnz = count_entries(nnode, lists);
   constexpr std::int64_t most = std::numeric_limits<int>::max();
@@ -143,19 +103,24 @@ MatrixPattern build_pattern(int nnode, const Elements& elements) {
   pattern.ia = Vector<int>(std::int64_t{pattern.n} + 1, "the stiffness matrix", UNINITIALIZED);
   pattern.ja = Vector<int>(nnz, "the stiffness matrix", UNINITIALIZED);
   fill_rows(nnode, lists, pattern);
-  console_line("Connectivity Process Completed");
   return pattern;
 }
 
-void add_element(const double* ke, int ld, const int* dof, int n, const MatrixPattern& pattern,
-                 Vector<double>& K) {
+SymmetricMatrix zero_matrix(std::shared_ptr<const MatrixPattern> pattern, const char* what) {
+  const int nnz = pattern->nnz;
+  return {std::move(pattern), Vector<double>(nnz, what)};
+}
+
+void add_element(const double* ke, int ld, const int* dof, int n, SymmetricMatrix& K) {
+  const MatrixPattern& pattern = *K.pattern;
+  assert(ld >= n && K.values.size() == pattern.nnz);
   const MatrixView<const double> k{ke, n, n, ld};
   for (int a = 1; a <= n; ++a) {
     for (int b = a; b <= n; ++b) {
       const int row = std::min(dof[a - 1], dof[b - 1]), column = std::max(dof[a - 1], dof[b - 1]);
       int t = pattern.ia(row);
       while (t < pattern.ia(row + 1) && pattern.ja(t) != column) ++t;
-      if (t < pattern.ia(row + 1)) K(t) += k(a, b);
+      if (t < pattern.ia(row + 1)) K.values(t) += k(a, b);
     }
   }
 }
@@ -223,27 +188,28 @@ void add_rows(const double* ke, std::ptrdiff_t ld, const SortedNodes& s, int nen
 }
 
 // The rule by single equations, for elements that are not as elements should be.
-void add_by_equations(const double* ke, int ld, const int* node, int nen, int ndof,
-                      const MatrixPattern& pattern, Vector<double>& K) {
+void add_by_equations(const double* ke, int n, const int* node, int nen, SymmetricMatrix& K) {
+  const int ndof = n / nen;
   int dof[MAX_NODES * NDOF];
   for (int a = 0; a < nen; ++a)
     for (int d = 1; d <= ndof; ++d) dof[ndof * a + d - 1] = equation(node[a], d);
-  add_element(ke, ld, dof, nen * ndof, pattern, K);
+  add_element(ke, n, dof, n, K);
 }
 
 }  // namespace
 
-void add_node_blocks(const double* ke, int ld, const int* node, int nen, int ndof,
-                     const MatrixPattern& pattern, Vector<double>& K) {
-  assert((ndof == 3 || ndof == NDOF) && nen <= MAX_NODES);
+void add_node_blocks(const double* ke, int n, const int* node, int nen, SymmetricMatrix& K) {
+  const MatrixPattern& pattern = *K.pattern;
+  assert((n == 3 * nen || n == NDOF * nen) && nen <= MAX_NODES);
+  assert(K.values.size() == pattern.nnz);
   const SortedNodes sorted(node, nen);
   int place[MAX_NODES][MAX_NODES];
   if (!find_places(sorted, nen, pattern, place))
-    add_by_equations(ke, ld, node, nen, ndof, pattern, K);
-  else if (ndof == NDOF)
-    add_rows<NDOF>(ke, ld, sorted, nen, place, pattern, K.data());
+    add_by_equations(ke, n, node, nen, K);
+  else if (n == NDOF * nen)
+    add_rows<NDOF>(ke, n, sorted, nen, place, pattern, K.values.data());
   else
-    add_rows<3>(ke, ld, sorted, nen, place, pattern, K.data());
+    add_rows<3>(ke, n, sorted, nen, place, pattern, K.values.data());
 }
 
 }  // namespace zelvo
