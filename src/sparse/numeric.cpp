@@ -68,13 +68,12 @@ void set_target(const FactorStructure& s, const Chain& t, NumericWork& w) {
 // K to last, pieces of one chain, and L1 the first m of these.
 void subtract(const FactorStructure& s, int K, int last, int n, int m, const int* place, int shift,
               bool ldl, NumericWork& w) {
-  const auto update = have_avx2() ? kernels_avx2::update : kernels_plain::update;
   UpdatePiece* piece = w.pieces.data();
   for (int q = K; q <= last; ++q) {
     const Supernode k = supernode(s, q, w.lnz);
     piece[q - K] = {k.p + (k.r - n), k.ld(), k.c, ldl ? k.p : nullptr, k.ld() + 1};
   }
-  update(w.column.data(), place, shift, piece, last - K + 1, n, m, w.packed.data());
+  dense_kernels().update(w.column.data(), place, shift, piece, last - K + 1, n, m, w.packed.data());
 }
 
 // Applies what K, the last of a chain, contributes to the target t in whose supernode J its unused
@@ -113,9 +112,8 @@ int update_chain(const FactorStructure& s, const Chain& t, bool ldl, NumericWork
 int factor_chain(const FactorStructure& s, int J, int last, const Chain& t, bool ldl,
                  NumericWork& w) {
   if (J == last) {
-    const auto panel = have_avx2() ? kernels_avx2::factor_panel : kernels_plain::factor_panel;
     const Supernode j = supernode(s, J, w.lnz);
-    const int fault = panel(j.p, j.r, j.r, j.c, ldl, w.packed.data());
+    const int fault = dense_kernels().factor_panel(j.p, j.r, j.r, j.c, ldl, w.packed.data());
     return fault != 0 ? FACTOR_BAD_PIVOT : FACTOR_DONE;
   }
   const int half = (J + last) / 2;
@@ -143,8 +141,7 @@ int factor(const FactorStructure& s, const double* a, bool ldl, NumericWork& w) 
 }
 
 void solve(const FactorStructure& s, bool ldl, NumericWork& work, const double* b, double* x) {
-  const auto forward = have_avx2() ? kernels_avx2::forward_panel : kernels_plain::forward_panel;
-  const auto backward = have_avx2() ? kernels_avx2::backward_panel : kernels_plain::backward_panel;
+  const DenseKernels& kernels = dense_kernels();
   double* w = work.work.data();  // right-hand side in new order
   double* z = w + s.neqns;       // its rows of one supernode
   for (int i = 1; i <= s.neqns; ++i) w[i - 1] = b[s.perm(i) - 1];
@@ -152,7 +149,7 @@ void solve(const FactorStructure& s, bool ldl, NumericWork& work, const double* 
     const Supernode j = supernode(s, J, work.lnz);
     std::copy_n(w + j.f - 1, j.c, z);
     std::fill_n(z + j.c, j.r - j.c, 0.0);
-    forward(j.p, j.r, j.r, j.c, ldl, z);
+    kernels.forward_panel(j.p, j.r, j.r, j.c, ldl, z);
     std::copy_n(z, j.c, w + j.f - 1);
     for (int i = j.c; i < j.r; ++i) w[j.row[i] - 1] += z[i];
   }
@@ -166,7 +163,7 @@ void solve(const FactorStructure& s, bool ldl, NumericWork& work, const double* 
   for (int J = s.nsuper; J >= 1; --J) {
     const Supernode j = supernode(s, J, work.lnz);
     for (int q = 0; q < j.r; ++q) z[q] = w[j.row[q] - 1];
-    backward(j.p, j.r, j.r, j.c, ldl, z);
+    kernels.backward_panel(j.p, j.r, j.r, j.c, ldl, z);
     std::copy_n(z, j.c, w + j.f - 1);
   }
   for (int i = 1; i <= s.neqns; ++i) x[s.perm(i) - 1] = w[i - 1];
@@ -185,12 +182,11 @@ void reserve(Vector<T>& v, std::int64_t n, const char* what) {
 void reserve_numeric(const FactorStructure& s, std::int64_t temp_size, NumericWork& w) {
   const std::int64_t pad = MAX_LANES - 1;  // what the kernels may read behind an operand
   const int c = s.max_cols;
-  const std::int64_t kernels =
-      have_avx2() ? std::max(kernels_avx2::update_work(s.neqns, c), kernels_avx2::panel_work(c))
-                  : std::max(kernels_plain::update_work(s.neqns, c), kernels_plain::panel_work(c));
+  const DenseKernels& kernels = dense_kernels();
+  const std::int64_t packed = std::max(kernels.update_work(s.neqns, c), kernels.panel_work(c));
   reserve(w.lnz, s.factor_size + pad, "the factor");
   w.temp_size = temp_size;
-  reserve(w.packed, kernels, "the packed operands");
+  reserve(w.packed, packed, "the packed operands");
   reserve(w.pieces, s.nsuper, "the pieces of an update");
   reserve(w.place, s.max_rows, "the row map");
   reserve(w.column, s.neqns, "the column map");
