@@ -11,6 +11,10 @@ SIMD_INLINE void store_first(double* p, Reg v, int n) {
   }
 }
 
+// Columns of L are products with the reciprocals of the pivots, but for pivots of D so small that
+// these overflow: 1/d is infinite below 5.6e-309. Pivots of Cholesky are roots and never get there.
+SIMD_INLINE bool overflows(double inverse) { return inverse - inverse != 0.0; }
+
 // Factors a tile of NC <= W columns whose diagonal lies in its first NC rows; x[column][row] holds W
 // rows. False at a bad pivot.
 template <int NC>
@@ -21,10 +25,11 @@ bool factor_tile(double (&x)[NC][W], double* pivot, double* inverse, bool ldl) {
     pivot[q] = ldl ? d : root(d);
     inverse[q] = 1.0 / pivot[q];
     x[q][q] = pivot[q];
+    const bool divide = overflows(inverse[q]);
     double column[W];  // L for Cholesky, L D for ldl
     for (int i = q + 1; i < W; ++i) {
       const double ld = x[q][i];
-      x[q][i] = ld * inverse[q];
+      x[q][i] = divide ? ld / pivot[q] : ld * inverse[q];
       column[i] = ldl ? ld : x[q][i];
     }
     for (int j = q + 1; j < NC; ++j)
@@ -89,11 +94,12 @@ bool panel_tile(double* x, Index ld, int i, int j, int n, const PanelWork& w) {
     if (v == diagonal && !factor_diagonal<NC>(acc[v], j, w)) return false;
   const double* u = block + j * W;  // u[p * W + q]: row q, column p of the diagonal tile
   for (int q = 0; q < NC; ++q) {
-    const Reg inverse = splat<W>(w.inverse[j + q]);
+    const Reg pivot = splat<W>(w.pivot[j + q]), inverse = splat<W>(w.inverse[j + q]);
+    const bool divide = overflows(w.inverse[j + q]);
     for (int v = 0; v < NV; ++v) {
       Reg y = acc[v][q];
       for (int p = 0; p < q; ++p) y -= acc[v][p] * splat<W>(u[p * W + q]);
-      if (v > diagonal) acc[v][q] = y * inverse;
+      if (v > diagonal) acc[v][q] = divide ? y / pivot : y * inverse;
     }
   }
   const int whole = n / W, rest = n % W;

@@ -99,13 +99,19 @@ TEST_P(DenseKernelsTest, PivotsStopWhereTheyMust) {
   const struct {
     double pivot;
     int cholesky, ldl;
-  } cases[] = {{1.0e-300, 0, 0}, {1.0e20, 0, 0}, {0, -1, -1}, {-1, -1, 0}, {std::nan(""), -1, 0}};
+  } cases[] = {{1.0e-300, 0, 0},     {1.0e20, 0, 0},    {0, -1, -1},
+               {-1, -1, 0},          {0x1p-1030, 0, 0},  // the reciprocal of the last overflows
+               {std::nan(""), -1, 0}};
   for (const auto& wanted : cases)
     for (const bool ldl : {false, true}) {
       std::vector<double> a(140 + MAX_LANES);  // 14 x 10, diagonal
       for (int j = 0; j < 10; ++j) a[15 * j] = j == 6 ? wanted.pivot : 1.0;
+      a[6 * 14 + 7] = a[6 * 14 + 13] = 3 * 0x1p-1030;
       EXPECT_EQ(GetParam()->factor_panel(a.data(), 14, 14, 10, ldl, packed.data()),
                 ldl ? wanted.ldl : wanted.cholesky);
+      if (wanted.pivot != 0x1p-1030) continue;
+      EXPECT_EQ(a[6 * 14 + 7], ldl ? 3 : 3 * 0x1p-515);
+      EXPECT_EQ(a[6 * 14 + 13], ldl ? 3 : 3 * 0x1p-515);
     }
 }
 
