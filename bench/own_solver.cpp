@@ -20,7 +20,7 @@ void analyse_own(void*, const Bridge& b) {
   analyse(b.pattern.n, b.pattern.nnz, b.pattern.ia.data(), b.pattern.ja.data(), nullptr, own.s);
 }
 void factor_own(void*, const Bridge& b) {
-  reserve_numeric(own.s, 2 * own.s.update_size, own.w);
+  reserve_numeric(own.s, own.w);
   if (factor_cholesky(own.s, b.K.data(), own.w) != FACTOR_DONE) std::abort();
 }
 void solve_own(void*, const Bridge& b, double* x) {
