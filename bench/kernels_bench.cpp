@@ -39,7 +39,7 @@ void update_sizes(benchmark::internal::Benchmark* b) {
 void Update(benchmark::State& state) {
   const int r = static_cast<int>(state.range(0)), m = static_cast<int>(state.range(1)),
             k = static_cast<int>(state.range(2));
-  const auto kernel = have_avx2() ? kernels_avx2::update : kernels_plain::update;
+  const auto kernel = dense_kernels().update;
   const auto a = block(r, k);
   auto c = block(r, m), packed = block(240, m + 100);
   std::vector<double*> column;
@@ -77,7 +77,7 @@ void panel_sizes(benchmark::internal::Benchmark* b) {
 
 void Panel(benchmark::State& state) {
   const int r = static_cast<int>(state.range(0)), c = static_cast<int>(state.range(1));
-  const auto kernel = have_avx2() ? kernels_avx2::factor_panel : kernels_plain::factor_panel;
+  const auto kernel = dense_kernels().factor_panel;
   auto a = block(r, c), l = a, packed = block(c, c + 100);
   for (int j = 0; j < c; ++j) a[static_cast<std::size_t>(j) * static_cast<std::size_t>(r + 1)] = 9;
   for (auto _ : state) {
@@ -90,8 +90,8 @@ BENCHMARK(Panel)->Apply(panel_sizes);
 
 void PanelSolves(benchmark::State& state) {
   const int r = static_cast<int>(state.range(0)), c = static_cast<int>(state.range(1));
-  const auto forward = have_avx2() ? kernels_avx2::forward_panel : kernels_plain::forward_panel;
-  const auto backward = have_avx2() ? kernels_avx2::backward_panel : kernels_plain::backward_panel;
+  const auto forward = dense_kernels().forward_panel;
+  const auto backward = dense_kernels().backward_panel;
   auto l = block(r, c), z = block(r, 1);
   for (int j = 0; j < c; ++j) l[static_cast<std::size_t>(j) * static_cast<std::size_t>(r + 1)] = 9;
   for (auto _ : state) {

@@ -21,7 +21,7 @@ void analyse_own(void*, const Bridge& b) {
           own.s);
 }
 void factor_own(void*, const Bridge& b) {
-  reserve_numeric(own.s, 2 * own.s.update_size, own.w);
+  reserve_numeric(own.s, own.w);
   if (factor_cholesky(own.s, b.K.values.data(), own.w) != FACTOR_DONE) std::abort();
 }
 void solve_own(void*, const Bridge& b, double* x) {

@@ -52,7 +52,7 @@ void factorization(benchmark::State& state, bool again, bool ldl) {
   NumericWork w;
   for (auto _ : state) {
     if (!again) w = NumericWork{};
-    reserve_numeric(s, 2 * s.update_size, w);
+    reserve_numeric(s, w);
     benchmark::DoNotOptimize((ldl ? factor_ldl : factor_cholesky)(s, b.K.values.data(), w));
   }
   double flops = 0;
@@ -71,7 +71,7 @@ void Solve(benchmark::State& state) {
   FactorStructure s;
   analyse_bridge(b, s);
   NumericWork w;
-  reserve_numeric(s, 2 * s.update_size, w);
+  reserve_numeric(s, w);
   Vector<double> x(b.pattern().n);
   if (factor_cholesky(s, b.K.values.data(), w) != FACTOR_DONE) state.SkipWithError("not factored");
   for (auto _ : state) solve_cholesky(s, w, b.F.data(), 1, x.data());

@@ -19,7 +19,7 @@ else()
 endif()
 
 # Files named *_avx2.cpp hold the same kernels as their *_plain.cpp twins (both include one
-# *kernels_body.h), compiled for AVX2 and FMA; the program chooses between the two when it starts.
+# *kernels-inl.h), compiled for AVX2 and FMA; the program chooses between the two when it starts.
 # On other processors the twins are compiled alike and the plain one is chosen.
 function(zelvo_vector_kernels target)
   if(NOT CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64|amd64" OR MSVC)

@@ -22,26 +22,16 @@ void add_row(int i, const double* values, const int* ia, const int* ja, const do
   y[i - 1] += sum;
 }
 
-using BundleKernel = decltype(product_plain::bundle)*;
-
-// The kernel for the processor at hand.
-BundleKernel bundle_kernel() {
-#if defined(__x86_64__) && defined(__GNUC__)
-  if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) return product_avx2::bundle;
-#endif
-  return product_plain::bundle;
-}
-
 // Rows i to i+4 of a bundle. Their shared columns lie behind the fifth diagonal.
-void add_bundle(BundleKernel kernel, int i, const int* ia, const int* columns, const double* values,
-                const double* x, double* y) {
+void add_bundle(const ProductKernels& kernels, int i, const int* ia, const int* columns,
+                const double* values, const double* x, double* y) {
   ia += i - 1;
   const double* xi = x + i - 1;
   double* yi = y + i - 1;
   const double* v[BUNDLE];
   for (int r = 0; r < BUNDLE; ++r) v[r] = values + ia[r] - 1 + BUNDLE - r;
   double sums[BUNDLE];
-  kernel(ia[1] - ia[0] - BUNDLE, columns, v, xi, sums, x, y);
+  kernels.bundle(ia[1] - ia[0] - BUNDLE, columns, v, xi, sums, x, y);
   // The triangle on the diagonal.
   for (int r = 0; r < BUNDLE; ++r) {
     const double* d = values + ia[r] - 1 - r;  // d[c]: entry of rows r and c of the bundle
@@ -91,13 +81,13 @@ RowBundles find_bundles(int n, const int* ia, const int* ja) {
 }
 
 void sym_matvec(const RowBundles& rows, const double* values, const double* x, double* y) {
-  const BundleKernel kernel = bundle_kernel();
+  const ProductKernels& kernels = product_kernels();
   std::fill(y, y + rows.n, 0.0);
   const int* columns = rows.columns.data();
   int i = 1;
   for (const int first : rows.first) {
     for (; i < first; ++i) add_row(i, values, rows.ia, rows.ja, x, y);
-    add_bundle(kernel, first, rows.ia, columns, values, x, y);
+    add_bundle(kernels, first, rows.ia, columns, values, x, y);
     columns += rows.ia[first] - rows.ia[first - 1] - BUNDLE;
     i = first + BUNDLE;
   }

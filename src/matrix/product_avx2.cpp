@@ -4,14 +4,9 @@
 namespace zelvo {
 
 namespace {
-#include "matrix/product_kernels_body.h"
+#include "matrix/product_kernels-inl.h"
 }
 
-namespace product_avx2 {
-void bundle(int count, const int* columns, const double* const* v, const double* xi, double* sums,
-            const double* x, double* y) {
-  multiply_bundle(count, columns, v, xi, sums, x, y);
-}
-}  // namespace product_avx2
+const ProductKernels PRODUCT_KERNELS_AVX2{bundle};
 
 }  // namespace zelvo

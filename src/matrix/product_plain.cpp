@@ -4,14 +4,14 @@
 namespace zelvo {
 
 namespace {
-#include "matrix/product_kernels_body.h"
+#include "matrix/product_kernels-inl.h"
 }
 
-namespace product_plain {
-void bundle(int count, const int* columns, const double* const* v, const double* xi, double* sums,
-            const double* x, double* y) {
-  multiply_bundle(count, columns, v, xi, sums, x, y);
+const ProductKernels PRODUCT_KERNELS_PLAIN{bundle};
+
+const ProductKernels& product_kernels() {
+  static const ProductKernels& suited = have_avx2() ? PRODUCT_KERNELS_AVX2 : PRODUCT_KERNELS_PLAIN;
+  return suited;
 }
-}  // namespace product_plain
 
 }  // namespace zelvo

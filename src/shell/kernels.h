@@ -2,9 +2,10 @@
 //
 // The 18 points (9 of the surface for the first thickness point, then 9 for the second) lie side by
 // side in lanes; two more lanes repeat the last point with weight 0 and fill the vectors. The same
-// code, kernels_body.h, is compiled twice: for the baseline of the platform and for AVX2 with FMA.
+// code, kernels-inl.h, is compiled twice: for the baseline of the platform and for AVX2 with FMA.
 // Plain arrays counted from 0 here, so that nothing is shared between the two but these structs.
 #pragma once
+#include "base/simd.h"
 
 namespace zelvo {
 
@@ -38,11 +39,30 @@ struct alignas(32) PointStresses {
   double global[6][SHELL_LANES];  // xx, yy, zz, xy, xz, yz
 };
 
-namespace shell_plain {
-#include "shell/kernels_decl.h"
-}
-namespace shell_avx2 {
-#include "shell/kernels_decl.h"
-}
+struct ShellKernels {
+  // All of f; a determinant is not tested.
+  void (*point_frames)(const LaneTables& t, const ShellData& s, PointFrames& f);
+
+  // ke (45,45) = sum over the points of B' D B det weight, both triangles.
+  void (*shell_product)(const LaneTables& t, const ShellData& s, const PointFrames& f, double* ke);
+
+  // Stresses under the displacements d (45) of the nodes.
+  void (*point_stresses)(const LaneTables& t, const ShellData& s, const PointFrames& f,
+                         const double* d, PointStresses& S);
+
+  // force (5) of one node (0 to 8): its rows of the sum of B' stress det weight.
+  void (*node_forces)(const LaneTables& t, const ShellData& s, const PointFrames& f,
+                      const PointStresses& S, int node, double* force);
+
+  // c (18,18), upper triangle: sums of a' M b det weight, M the stress tensor, for a, b the
+  // gradients of N of the nine nodes, then those of zeta N.
+  void (*gradient_products)(const LaneTables& t, const ShellData& s, const PointFrames& f,
+                            const PointStresses& S, double* c);
+};
+
+extern const ShellKernels SHELL_KERNELS_PLAIN, SHELL_KERNELS_AVX2;
+
+// Those that suit this processor, chosen once.
+const ShellKernels& shell_kernels();
 
 }  // namespace zelvo

@@ -2,8 +2,11 @@
 
 namespace zelvo {
 
-namespace shell_avx2 {
-#include "shell/kernels_body.h"
+namespace {
+#include "shell/kernels-inl.h"
 }
+
+const ShellKernels SHELL_KERNELS_AVX2{point_frames, shell_product, point_stresses, node_forces,
+                                      gradient_products};
 
 }  // namespace zelvo

@@ -58,16 +58,6 @@ ShellData shell_data(const ShellWork& w) {
           0.5 * w.young / (1 + w.poisson)};
 }
 
-// AVX2 with FMA, or what the platform has anyway.
-static bool wide() {
-#if defined(__x86_64__)
-  static const bool both = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-  return both;
-#else
-  return false;
-#endif
-}
-
 // Lane l of a table of 3 x 3 matrices held by rows.
 static void load(const double (&lanes)[9][SHELL_LANES], int l, Matrix3& m) {
   for (int i = 1; i <= 3; ++i)
@@ -79,7 +69,7 @@ static void store(const Matrix3& m, int l, double (&lanes)[9][SHELL_LANES]) {
 }
 
 static void point_frames(const ShellData& s, PointFrames& f) {
-  wide() ? shell_avx2::point_frames(LANES, s, f) : shell_plain::point_frames(LANES, s, f);
+  shell_kernels().point_frames(LANES, s, f);
 }
 
 void map_points(const ShellData& s, Matrix3& ainv, PointFrames& f) {
@@ -108,23 +98,19 @@ void map_point(const ShellData& s, int lane, Matrix3& ainv, Matrix3& e) {
 }
 
 void shell_product(const ShellData& s, const PointFrames& f, ShellMatrix& ke) {
-  wide() ? shell_avx2::shell_product(LANES, s, f, ke.data())
-         : shell_plain::shell_product(LANES, s, f, ke.data());
+  shell_kernels().shell_product(LANES, s, f, ke.data());
 }
 void point_stresses(const ShellData& s, const PointFrames& f, const ShellVector& d,
                     PointStresses& S) {
-  wide() ? shell_avx2::point_stresses(LANES, s, f, d.data(), S)
-         : shell_plain::point_stresses(LANES, s, f, d.data(), S);
+  shell_kernels().point_stresses(LANES, s, f, d.data(), S);
 }
 void node_forces(const ShellData& s, const PointFrames& f, const PointStresses& S, int node,
                  FixedVector<double, 5>& force) {
-  wide() ? shell_avx2::node_forces(LANES, s, f, S, node - 1, force.data())
-         : shell_plain::node_forces(LANES, s, f, S, node - 1, force.data());
+  shell_kernels().node_forces(LANES, s, f, S, node - 1, force.data());
 }
 void gradient_products(const ShellData& s, const PointFrames& f, const PointStresses& S,
                        FixedMatrix<double, 18, 18>& c) {
-  wide() ? shell_avx2::gradient_products(LANES, s, f, S, c.data())
-         : shell_plain::gradient_products(LANES, s, f, S, c.data());
+  shell_kernels().gradient_products(LANES, s, f, S, c.data());
 }
 
 }  // namespace zelvo

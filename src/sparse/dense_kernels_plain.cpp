@@ -1,25 +1,22 @@
 // The dense kernels for any processor: vectors of two doubles (SSE2, NEON) where the compiler has
 // them, single doubles elsewhere.
-#include "sparse/dense_kernels.h"
+#include <cassert>
 
-#ifndef __GNUC__
-#include <math.h>
-#endif
+#include "sparse/dense_kernels.h"
 
 namespace zelvo {
 
-namespace kernels_plain {
+namespace {
 constexpr int LANES = 2, MAX_NV = 4;
-#include "sparse/dense_kernels_body.h"
-}  // namespace kernels_plain
+#include "sparse/dense_kernels-inl.h"
+}  // namespace
 
-bool have_avx2() {
-#if defined(__GNUC__) && defined(__x86_64__)
-  static const bool have = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-  return have;
-#else
-  return false;
-#endif
+const DenseKernels DENSE_KERNELS_PLAIN{update_work,  update,        panel_work,
+                                       factor_panel, forward_panel, backward_panel};
+
+const DenseKernels& dense_kernels() {
+  static const DenseKernels& suited = have_avx2() ? DENSE_KERNELS_AVX2 : DENSE_KERNELS_PLAIN;
+  return suited;
 }
 
 }  // namespace zelvo

@@ -2,6 +2,7 @@
 // solver's memory. Each call is checked against the last one before any stage runs.
 #pragma once
 #include "base/arrays.h"
+#include "sparse/details.h"
 
 namespace zelvo {
 
@@ -10,7 +11,7 @@ struct DriverState;
 // What the caller keeps between calls, as it is before the first one.
 struct PointerBlock {
   DriverState* state = nullptr;  // all memory of the solver; null marks a first call
-  int detail = 0;                // where the last failure happened
+  Detail detail = NO_DETAIL;     // where the last failure happened
 };
 
 // (1) 1: take entries 2 and 5 from here; otherwise nested dissection

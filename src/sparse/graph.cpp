@@ -5,18 +5,22 @@
 
 namespace zelvo {
 
+namespace {
+
 // Columns of row i: *begin to *end - 1.
 struct Row {
   const int *begin_, *end_;
   const int* begin() const { return begin_; }
   const int* end() const { return end_; }
 };
-static Row row_of(const int* ia, const int* ja, int i) {
-  return {ja + (ia[i - 1] - 1), ja + (ia[i] - 1)};
-}
+Row row_of(const int* ia, const int* ja, int i) { return {ja + (ia[i - 1] - 1), ja + (ia[i] - 1)}; }
 
-static int check_columns(int neqns, const int* ia, const int* ja, bool& ascending) {
+// A row is read only where the rows before it and its own ends let it lie in ja.
+Detail check_pattern(int neqns, const int* ia, const int* ja, bool& ascending) {
   ascending = true;
+  if (ia[0] != 1) return BAD_ROW;
+  for (int i = 1; i <= neqns; ++i)
+    if (ia[i] < ia[i - 1]) return BAD_ROW;
   for (int i = 1; i <= neqns; ++i) {
     int last = 0;
     for (const int j : row_of(ia, ja, i)) {
@@ -25,11 +29,11 @@ static int check_columns(int neqns, const int* ia, const int* ja, bool& ascendin
       last = j;
     }
   }
-  return 0;
+  return NO_DETAIL;
 }
 
 // A well-mixed 64-bit key of an equation (the finalizer of splitmix64, Steele et al. 2014).
-static std::uint64_t key_of(int i) {
+std::uint64_t key_of(int i) {
   auto z = static_cast<std::uint64_t>(i) * 0x9e3779b97f4a7c15u;
   z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9u;
   z = (z ^ (z >> 27)) * 0x94d049bb133111ebu;
@@ -37,7 +41,7 @@ static std::uint64_t key_of(int i) {
 }
 
 // hash(i) = sum of the keys of the closed neighbourhood of i: equal neighbourhoods, equal sums.
-static Vector<std::uint64_t> neighbourhood_hashes(int neqns, const int* ia, const int* ja) {
+Vector<std::uint64_t> neighbourhood_hashes(int neqns, const int* ia, const int* ja) {
   Vector<std::uint64_t> key(neqns, "equation keys", UNINITIALIZED);
   for (int i = 1; i <= neqns; ++i) key(i) = key_of(i);
   Vector<std::uint64_t> hash(key);
@@ -55,7 +59,7 @@ static Vector<std::uint64_t> neighbourhood_hashes(int neqns, const int* ia, cons
 }
 
 // Members of a group are coupled with each other, so all of them stand in the row of the smallest.
-static void find_candidates(int neqns, const int* ia, const int* ja, Groups& groups) {
+void find_candidates(int neqns, const int* ia, const int* ja, Groups& groups) {
   const Vector<std::uint64_t> hash = neighbourhood_hashes(neqns, ia, ja);
   groups.count = 0;
   for (int i = 1; i <= neqns; ++i) {
@@ -67,12 +71,12 @@ static void find_candidates(int neqns, const int* ia, const int* ja, Groups& gro
   }
 }
 
-static void separate(int neqns, Groups& groups) {
+void separate(int neqns, Groups& groups) {
   groups.count = neqns;
   for (int i = 1; i <= neqns; ++i) groups.group(i) = i;
 }
 
-static void list_members(int neqns, Groups& groups) {
+void list_members(int neqns, Groups& groups) {
   groups.xmember = Vector<int>(groups.count + 1, "group starts");
   groups.member = Vector<int>(neqns, "group members", UNINITIALIZED);
   for (int i = 1; i <= neqns; ++i) ++groups.xmember(groups.group(i));
@@ -86,7 +90,7 @@ static void list_members(int neqns, Groups& groups) {
 
 // The smallest equations of the groups carry all edges: groups C and D with min C < min D are
 // coupled exactly if min D stands in the row of min C.
-static void link_groups(const int* ia, const int* ja, const Groups& groups, Graph& graph) {
+void link_groups(const int* ia, const int* ja, const Groups& groups, Graph& graph) {
   const auto smallest = [&](int g) { return groups.member(groups.xmember(g)); };
   graph.n = groups.count;
   graph.xadj = Vector<int>(graph.n + 1, "graph");
@@ -119,8 +123,7 @@ static void link_groups(const int* ia, const int* ja, const Groups& groups, Grap
 
 // Equal hashes are no proof. Proof is that every stored value lies in a block between two linked
 // groups or within one, and that there are as many values as these blocks hold when full.
-static bool blocks_are_full(const int* ia, const int* ja, const Groups& groups,
-                            const Graph& graph) {
+bool blocks_are_full(const int* ia, const int* ja, const Groups& groups, const Graph& graph) {
   Vector<int> linked(graph.n, "group marks");  // last group that met this one
   std::int64_t room = 0, stored = 0;
   for (int c = 1; c <= graph.n; ++c) {
@@ -145,7 +148,7 @@ static bool blocks_are_full(const int* ia, const int* ja, const Groups& groups,
 }
 
 // Lists of rows in any order: sorts each and drops repeated entries.
-static void tidy_lists(Graph& graph) {
+void tidy_lists(Graph& graph) {
   int* const list = graph.adjncy.data();
   int* end = list;
   int start = graph.xadj(1);
@@ -158,22 +161,27 @@ static void tidy_lists(Graph& graph) {
   }
 }
 
-int build_graph(int neqns, const int* ia, const int* ja, bool compress, Groups& groups,
-                Graph& graph) {
+}  // namespace
+
+Detail build_graph(int neqns, const int* ia, const int* ja, bool compress, Groups& groups,
+                   Graph& graph) {
+  assert(neqns >= 1);
   bool ascending;
-  if (check_columns(neqns, ia, ja, ascending) != 0) return BAD_COLUMN;
+  if (const Detail fault = check_pattern(neqns, ia, ja, ascending); fault != NO_DETAIL) {
+    return fault;
+  }
   groups.group = Vector<int>(neqns, "groups of equations");
   if (compress && ascending) {
     find_candidates(neqns, ia, ja, groups);
     list_members(neqns, groups);
     link_groups(ia, ja, groups, graph);
-    if (blocks_are_full(ia, ja, groups, graph)) return 0;
+    if (blocks_are_full(ia, ja, groups, graph)) return NO_DETAIL;
   }
   separate(neqns, groups);
   list_members(neqns, groups);
   link_groups(ia, ja, groups, graph);
   if (!ascending) tidy_lists(graph);
-  return 0;
+  return NO_DETAIL;
 }
 
 }  // namespace zelvo

@@ -7,6 +7,7 @@
 // shrinks to a fifth of its vertices and a twenty-fifth of its edges.
 #pragma once
 #include "base/arrays.h"
+#include "sparse/details.h"
 
 namespace zelvo {
 
@@ -25,16 +26,14 @@ struct Graph {
   Vector<int> xadj, adjncy;  // (n+1), neighbours of vertex v: xadj(v) to xadj(v+1)-1
 };
 
-constexpr int BAD_COLUMN = -170;  // a column number outside the upper triangle
-
 // Finds the groups and the graph between them from the upper triangle of the pattern.
 //
 //   ia, ja    in   rows of the upper triangle, numbers from 1; the diagonal need not be stored
 //   compress  in   false makes every equation its own group
 //
-// Returns 0 or BAD_COLUMN. Rows whose columns do not ascend are accepted but not compressed.
+// Returns 0, BAD_ROW or BAD_COLUMN. Rows whose columns do not ascend are accepted but not compressed.
 // A graph with more than 2^31-1 list entries throws MemoryFailure.
-int build_graph(int neqns, const int* ia, const int* ja, bool compress, Groups& groups,
-                Graph& graph);
+Detail build_graph(int neqns, const int* ia, const int* ja, bool compress, Groups& groups,
+                   Graph& graph);
 
 }  // namespace zelvo

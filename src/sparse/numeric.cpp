@@ -3,31 +3,37 @@
 #include <algorithm>
 #include <cstring>
 
-#include "sparse/dense_kernels.h"
-
 namespace zelvo {
 
 namespace {
 
-// A supernode as a dense rectangle: columns f to f + c - 1, rows row[0..r-1].
+// A supernode as a dense rectangle: c columns of the factor from f on, at its rows row[0..r-1].
+//   L = [ L1 ; L2 ]   r x c
+//   L1                c x c, the diagonal block: its lower triangle, for L D L' with D on its diagonal
+//   L2          (r-c) x c, the rows below
 struct Supernode {
-  int f, c, r;
+  int f;
   const int* row;
-  double* p;
-  std::ptrdiff_t ld() const { return r; }
+  MatrixView<double> L;
 };
 
 Supernode supernode(const FactorStructure& s, int J, Vector<double>& lnz) {
   const int f = s.xsuper(J), c = s.xsuper(J + 1) - f;
   const int r = static_cast<int>(s.xlindx(J + 1) - s.xlindx(J));
-  return {f, c, r, s.lindx.data() + s.xlindx(J) - 1, lnz.data() + s.xlnz(f) - 1};
+  return {f, s.lindx.data() + s.xlindx(J) - 1, {lnz.data() + s.xlnz(f) - 1, r, c, r}};
+}
+
+// The last n rows of a rectangle.
+MatrixView<double> last_rows(const MatrixView<double>& L, int n) {
+  assert(0 <= n && n <= L.rows);
+  return {L.p + (L.rows - n), n, L.cols, L.ld};
 }
 
 // Puts K, of whose rows n are unused, on the list of the supernode that holds the first of them.
 void wait_for_target(const FactorStructure& s, int K, const Supernode& k, int n, NumericWork& w) {
   w.remaining(K) = n;
   if (n == 0) return;
-  const int target = s.snode(k.row[k.r - n]);
+  const int target = s.snode(k.row[k.L.rows - n]);
   w.link(K) = w.head(target);
   w.head(target) = K;
 }
@@ -60,62 +66,64 @@ void set_target(const FactorStructure& s, const Chain& t, NumericWork& w) {
   double** column = w.column.data();
   for (int J = t.first; J <= t.last; ++J) {
     const Supernode j = supernode(s, J, w.lnz);
-    for (int q = 0; q < j.c; ++q) *column++ = j.p + j.ld() * q - (j.f - t.begin);
+    for (int q = 1; q <= j.L.cols; ++q) *column++ = &j.L(1, q) - (j.f - t.begin);
   }
 }
 
-// Subtracts L2 D L1' from the target, D = 1 for Cholesky: L2 holds the last n rows of the supernodes
-// K to last, pieces of one chain, and L1 the first m of these.
+// The update of the target by the supernodes K to last, pieces of one chain with k columns in all. Of
+// their last n rows the first m are columns of the target:
+//   L1 = L(those m rows,      the k columns)   m x k
+//   L2 = L(the n-m rows left, the k columns)   (n-m) x k, under L1
+// and at these rows and columns of the target, with D = 1 for Cholesky,
+//   C1 -= L1 D L1'   m x m, its lower triangle
+//   C2 -= L2 D L1'   (n-m) x m
+// The kernel takes [ L1 ; L2 ] as one operand. place and shift say where C lies, as it takes them.
 void subtract(const FactorStructure& s, int K, int last, int n, int m, const int* place, int shift,
               bool ldl, NumericWork& w) {
-  const auto update = have_avx2() ? kernels_avx2::update : kernels_plain::update;
+  assert(1 <= m && m <= n);
   UpdatePiece* piece = w.pieces.data();
   for (int q = K; q <= last; ++q) {
-    const Supernode k = supernode(s, q, w.lnz);
-    piece[q - K] = {k.p + (k.r - n), k.ld(), k.c, ldl ? k.p : nullptr, k.ld() + 1};
+    const MatrixView<double> L = supernode(s, q, w.lnz).L, L12 = last_rows(L, n);
+    piece[q - K] = {L12.p, L12.ld, L12.cols, ldl ? L.p : nullptr, std::ptrdiff_t{L.ld} + 1};
   }
-  update(w.column.data(), place, shift, piece, last - K + 1, n, m, w.packed.data());
+  dense_kernels().update(w.column.data(), place, shift, piece, last - K + 1, n, m, w.packed.data());
 }
 
-// Applies what K, the last of a chain, contributes to the target t in whose supernode J its unused
-// rows begin, and puts it on its next list.
-int apply_update(const FactorStructure& s, int K, int J, const Chain& t, bool ldl, NumericWork& w) {
+// Applies what the chain that ends with K contributes to the target t, in which its unused rows
+// begin, and puts it on its next list.
+void apply_update(const FactorStructure& s, int K, const Chain& t, bool ldl, NumericWork& w) {
   const Supernode k = supernode(s, K, w.lnz);
   const int n = w.remaining(K), bottom = t.r - 1;
-  const int* row = k.row + (k.r - n);
-  int m = 1, in_first = 1, first = K;
-  while (m < n && row[m] <= t.end) in_first += row[m++] < s.xsuper(J + 1);
+  const int* row = k.row + (k.L.rows - n);
+  int m = 1, first = K;
+  while (m < n && row[m] <= t.end) ++m;
   while (first > 1 && continues(s, first - 1)) --first;
   const int* place = nullptr;
   if (w.indmap(row[0]) - w.indmap(row[n - 1]) != n - 1) {  // not consecutive in the target
-    if (std::int64_t{n} * in_first > w.temp_size) return FACTOR_TEMP_SMALL;
     for (int i = 0; i < n; ++i) w.place(i + 1) = bottom - w.indmap(row[i]);
     place = w.place.data();
   }
   subtract(s, first, K, n, m, place, bottom - w.indmap(row[0]), ldl, w);
   wait_for_target(s, K, k, n - m, w);
-  return FACTOR_DONE;
 }
 
 // All updates of the target by the chains that wait for one of its supernodes. What they contribute
 // to its other supernodes is applied at once, while they are at hand.
-int update_chain(const FactorStructure& s, const Chain& t, bool ldl, NumericWork& w) {
+void update_chain(const FactorStructure& s, const Chain& t, bool ldl, NumericWork& w) {
   for (int J = t.first; J <= t.last; ++J)
     for (int K = w.head(J), next; K != 0; K = next) {
       next = w.link(K);
-      if (const int fault = apply_update(s, K, J, t, ldl, w); fault != FACTOR_DONE) return fault;
+      apply_update(s, K, t, ldl, w);
     }
-  return FACTOR_DONE;
 }
 
 // Factors the supernodes J to last of the target, by halves: so that most of the updates among them
-// have many terms.
+// have many terms. One alone: L1 := its factor, L2 := L2 L1^-T, for L D L' L2 L1^-T D^-1.
 int factor_chain(const FactorStructure& s, int J, int last, const Chain& t, bool ldl,
                  NumericWork& w) {
   if (J == last) {
-    const auto panel = have_avx2() ? kernels_avx2::factor_panel : kernels_plain::factor_panel;
-    const Supernode j = supernode(s, J, w.lnz);
-    const int fault = panel(j.p, j.r, j.r, j.c, ldl, w.packed.data());
+    const MatrixView<double> L = supernode(s, J, w.lnz).L;
+    const int fault = dense_kernels().factor_panel(L.p, L.ld, L.rows, L.cols, ldl, w.packed.data());
     return fault != 0 ? FACTOR_BAD_PIVOT : FACTOR_DONE;
   }
   const int half = (J + last) / 2;
@@ -128,46 +136,51 @@ int factor_chain(const FactorStructure& s, int J, int last, const Chain& t, bool
 // Chains are taken in ascending order. It is a postorder of their tree, so that most updates come
 // from rectangles just made and still in the caches; level by level (snorder) is slower.
 int factor(const FactorStructure& s, const double* a, bool ldl, NumericWork& w) {
+  assert(w.column.size() >= s.neqns && w.indmap.size() >= s.neqns && w.head.size() >= s.nsuper);
   scatter_a(s, a, w.lnz);
   std::fill_n(w.head.data(), s.nsuper, 0);
   for (int J = 1; J <= s.nsuper;) {
     const Chain t = chain_from(s, J);
     set_target(s, t, w);
-    if (const int fault = update_chain(s, t, ldl, w); fault != FACTOR_DONE) return fault;
+    update_chain(s, t, ldl, w);
     if (const int fault = factor_chain(s, J, t.last, t, ldl, w); fault != FACTOR_DONE) return fault;
     const Supernode end = supernode(s, t.last, w.lnz);
-    wait_for_target(s, t.last, end, end.r - end.c, w);
+    wait_for_target(s, t.last, end, end.L.rows - end.L.cols, w);
     J = t.last + 1;
   }
   return FACTOR_DONE;
 }
 
+// With z the rows of one supernode and w the right-hand side in new order,
+//   forward    z1 := L1^-1 z1, then z2 := z2 - L2 z1, which is added to w
+//   diagonal   w := D^-1 w, for L D L' only
+//   backward   z1 := L1^-T (z1 - L2' z2)
 void solve(const FactorStructure& s, bool ldl, NumericWork& work, const double* b, double* x) {
-  const auto forward = have_avx2() ? kernels_avx2::forward_panel : kernels_plain::forward_panel;
-  const auto backward = have_avx2() ? kernels_avx2::backward_panel : kernels_plain::backward_panel;
-  double* w = work.work.data();  // right-hand side in new order
-  double* z = w + s.neqns;       // its rows of one supernode
+  assert(work.lnz.size() >= s.factor_size && work.work.size() >= s.neqns + s.max_rows);
+  const DenseKernels& kernels = dense_kernels();
+  double* w = work.work.data();
+  double* z = w + s.neqns;
   for (int i = 1; i <= s.neqns; ++i) w[i - 1] = b[s.perm(i) - 1];
   for (int J = 1; J <= s.nsuper; ++J) {
-    const Supernode j = supernode(s, J, work.lnz);
-    std::copy_n(w + j.f - 1, j.c, z);
-    std::fill_n(z + j.c, j.r - j.c, 0.0);
-    forward(j.p, j.r, j.r, j.c, ldl, z);
-    std::copy_n(z, j.c, w + j.f - 1);
-    for (int i = j.c; i < j.r; ++i) w[j.row[i] - 1] += z[i];
+    const auto [f, row, L] = supernode(s, J, work.lnz);
+    std::copy_n(w + f - 1, L.cols, z);
+    std::fill_n(z + L.cols, L.rows - L.cols, 0.0);
+    kernels.forward_panel(L.p, L.ld, L.rows, L.cols, ldl, z);
+    std::copy_n(z, L.cols, w + f - 1);
+    for (int i = L.cols; i < L.rows; ++i) w[row[i] - 1] += z[i];
   }
   if (ldl)
     for (int J = 1; J <= s.nsuper; ++J) {
-      const Supernode j = supernode(s, J, work.lnz);
-      for (int q = 0; q < j.c; ++q) w[j.f + q - 1] /= j.p[q * (j.ld() + 1)];
+      const auto [f, row, L] = supernode(s, J, work.lnz);
+      for (int q = 1; q <= L.cols; ++q) w[f + q - 2] /= L(q, q);
     }
-  // Descending, so that each follows its parent, gives the sums of topdown and walks the factor in
-  // one direction, which the memory likes better.
+  // Descending, so that each follows its parent, gives the sums of an order by levels and walks the
+  // factor in one direction, which the memory likes better.
   for (int J = s.nsuper; J >= 1; --J) {
-    const Supernode j = supernode(s, J, work.lnz);
-    for (int q = 0; q < j.r; ++q) z[q] = w[j.row[q] - 1];
-    backward(j.p, j.r, j.r, j.c, ldl, z);
-    std::copy_n(z, j.c, w + j.f - 1);
+    const auto [f, row, L] = supernode(s, J, work.lnz);
+    for (int i = 0; i < L.rows; ++i) z[i] = w[row[i] - 1];
+    kernels.backward_panel(L.p, L.ld, L.rows, L.cols, ldl, z);
+    std::copy_n(z, L.cols, w + f - 1);
   }
   for (int i = 1; i <= s.neqns; ++i) x[s.perm(i) - 1] = w[i - 1];
 }
@@ -182,15 +195,14 @@ void reserve(Vector<T>& v, std::int64_t n, const char* what) {
 
 }  // namespace
 
-void reserve_numeric(const FactorStructure& s, std::int64_t temp_size, NumericWork& w) {
+void reserve_numeric(const FactorStructure& s, NumericWork& w) {
+  assert(s.xlnz.size() == s.neqns + 1 && s.sparent.size() == s.nsuper);
   const std::int64_t pad = MAX_LANES - 1;  // what the kernels may read behind an operand
-  const int c = s.max_cols;
-  const std::int64_t kernels =
-      have_avx2() ? std::max(kernels_avx2::update_work(s.neqns, c), kernels_avx2::panel_work(c))
-                  : std::max(kernels_plain::update_work(s.neqns, c), kernels_plain::panel_work(c));
+  const DenseKernels& kernels = dense_kernels();
+  const std::int64_t packed =
+      std::max(kernels.update_work(s.neqns, s.max_cols), kernels.panel_work(s.max_cols));
   reserve(w.lnz, s.factor_size + pad, "the factor");
-  w.temp_size = temp_size;
-  reserve(w.packed, kernels, "the packed operands");
+  reserve(w.packed, packed, "the packed operands");
   reserve(w.pieces, s.nsuper, "the pieces of an update");
   reserve(w.place, s.max_rows, "the row map");
   reserve(w.column, s.neqns, "the column map");
@@ -202,6 +214,7 @@ void reserve_numeric(const FactorStructure& s, std::int64_t temp_size, NumericWo
 }
 
 void scatter_a(const FactorStructure& s, const double* a, Vector<double>& lnz) {
+  assert(lnz.size() >= s.factor_size);
   std::memset(lnz.data(), 0, static_cast<std::size_t>(s.factor_size) * sizeof(double));
   const std::int64_t* luperm = s.luperm.data();
   for (std::int64_t k = 0; k < s.luperm.size(); ++k) lnz(luperm[k]) = a[k];

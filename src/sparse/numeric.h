@@ -16,7 +16,6 @@ namespace zelvo {
 // structure finds everything large enough and allocates nothing.
 struct NumericWork {
   Vector<double> lnz;          // (factor_size) the factor; for L D L' the diagonal places hold D
-  std::int64_t temp_size = 0;  // reals that an update between scattered rows may have
   Vector<double> packed;       // operands of the dense kernels in the order of their use
   Vector<UpdatePiece> pieces;  // (nsuper) pieces of the chain that updates
   Vector<double> work;         // (neqns + max_rows) right-hand side in new order, one supernode's
@@ -30,14 +29,11 @@ struct NumericWork {
 
 // Results of the two factorizations.
 constexpr int FACTOR_DONE = 0;
-constexpr int FACTOR_BAD_PIVOT = -1;   // Cholesky: a pivot not positive; L D L': a pivot of zero
-constexpr int FACTOR_TEMP_SMALL = -2;  // an update is larger than temp_size
+constexpr int FACTOR_BAD_PIVOT = -1;  // Cholesky: a pivot not positive; L D L': a pivot of zero
 
-// Makes w large enough for the structure. temp_size bounds the updates between scattered rows, at
-// least the largest that the analysis found. They pass through registers and need no such room, but
-// an update beyond it tells of a structure that does not fit the matrix. Arrays that are large enough
-// already are kept as they are.
-void reserve_numeric(const FactorStructure& s, std::int64_t temp_size, NumericWork& w);
+// Makes w large enough for the structure. Updates pass through registers, between scattered rows too,
+// so there is no block to hold them. Arrays that are large enough already are kept as they are.
+void reserve_numeric(const FactorStructure& s, NumericWork& w);
 
 // lnz(luperm(k)) = a(k) for the stored values of A, all other places of the factor zero.
 void scatter_a(const FactorStructure& s, const double* a, Vector<double>& lnz);

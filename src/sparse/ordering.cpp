@@ -7,6 +7,7 @@ namespace zelvo {
 static_assert(sizeof(idx_t) == sizeof(int), "METIS must be built with 32-bit indices");
 
 void dissect(Graph& graph, const Groups& groups, Vector<int>& perm, Vector<int>& invp) {
+  assert(groups.count == graph.n && graph.xadj.size() == graph.n + 1);
   perm = Vector<int>(graph.n, "the order of the equations");
   invp = Vector<int>(graph.n, "the order of the equations");
   if (graph.adjncy.size() == 0) {  // nothing to dissect, and METIS does not expect it

@@ -24,6 +24,8 @@ struct SolverHandle {
   DriverParameters iparam{{1, 2, 1, 0, 0, 0}};
 };
 
+namespace {
+
 // --- messages ---
 
 struct Message {
@@ -67,7 +69,7 @@ struct Check {
 // Writes the messages of the failed checks in their order. Returns the first code of the highest
 // severity among them, 0 if none failed; a message at the termination level does not return.
 template <int n>
-static int report(int msg_level, int term_level, const Check (&checks)[n]) {
+int report(int msg_level, int term_level, const Check (&checks)[n]) {
   int worst = 0, result = 0;
   for (const Check& check : checks) {
     if (!check.failed) continue;
@@ -100,7 +102,7 @@ constexpr Field FACTOR{0x080001C0, 0x08000100, 0x08000040, 0x40, 4};
 constexpr Field NO_FIELD{0, 0, 0, 1, 0};
 
 // Takes the field out of rest. Returns its value from 0, the default if it is absent or bad.
-static int decode_field(std::uint32_t& rest, const Field& f, int missing, bool& bad) {
+int decode_field(std::uint32_t& rest, const Field& f, int missing, bool& bad) {
   bad = false;
   if ((rest & f.own) == 0) return missing;
   const std::uint32_t value = rest & f.mask;
@@ -118,7 +120,7 @@ struct Options {
 };
 
 // An invalid level leaves the kept one in force.
-static Options decode(std::uint32_t word, const Field& own, int msg_level, int term_level) {
+Options decode(std::uint32_t word, const Field& own, int msg_level, int term_level) {
   Options o{msg_level, term_level};
   o.msg_level = decode_field(word, MESSAGE_LEVEL, msg_level, o.bad_message);
   o.term_level = decode_field(word, TERMINATION_LEVEL, term_level, o.bad_termination);
@@ -128,7 +130,7 @@ static Options decode(std::uint32_t word, const Field& own, int msg_level, int t
 }
 
 // Options for a handle, which keeps the levels. No handle is a deleted one.
-static Options decode(SolverHandle* h, std::uint32_t word, const Field& own = NO_FIELD) {
+Options decode(SolverHandle* h, std::uint32_t word, const Field& own = NO_FIELD) {
   const SolverHandle defaults;
   if (h == nullptr) return decode(word, own, defaults.msg_level, defaults.term_level);
   const Options o = decode(word, own, h->msg_level, h->term_level);
@@ -140,7 +142,7 @@ static Options decode(SolverHandle* h, std::uint32_t word, const Field& own = NO
 // --- call sequence and driver ---
 
 // Whether the operation that leads to `next` may follow the present state.
-static bool accepts(const SolverHandle* h, State next) {
+bool accepts(const SolverHandle* h, State next) {
   switch (h == nullptr ? DELETED : h->state) {
     case CREATED:
       return next == DEFINED || next == DELETED;
@@ -158,7 +160,7 @@ static bool accepts(const SolverHandle* h, State next) {
   return false;
 }
 
-static int report_driver(const SolverHandle& h, int error) {
+int report_driver(const SolverHandle& h, int error) {
   if (error == DRIVER_NUMERIC_FAILED) return SOLVER_NUMERIC_FAILURE;
   const bool analysis = error == DRIVER_ANALYSIS_FAILED;
   const Check checks[] = {{analysis || error == DRIVER_BAD_INPUT, ZERO_PIVOT},
@@ -168,14 +170,16 @@ static int report_driver(const SolverHandle& h, int error) {
 }
 
 // Runs the driver with ido and reports its error.
-static int run_driver(SolverHandle& h, int ido, const int* perm, const double* values, int n_rhs,
-                      const double* rhs, double* x) {
+int run_driver(SolverHandle& h, int ido, const int* perm, const double* values, int n_rhs,
+               const double* rhs, double* x) {
   int error = 0;
   // iparam(6) is 0, so the right-hand sides are only read.
   sparse_driver(h.pt, 1, 1, h.matrix_type, ido, h.n_rows, values, h.ia, h.ja, perm, n_rhs, h.iparam,
                 0, const_cast<double*>(rhs), x, error);
   return report_driver(h, error);
 }
+
+}  // namespace
 
 int solver_create(SolverHandle*& handle, std::uint32_t options) {
   const Options o = decode(nullptr, options);
@@ -206,6 +210,9 @@ int solver_define_structure(SolverHandle* handle, std::uint32_t options, const i
                           {nnz <= n_rows, FEW_VALUES},
                           {nnz > std::int64_t{n_rows} * n_cols, MANY_VALUES}};
   if (const int code = report(o.msg_level, o.term_level, checks); code != 0) return code;
+  // ia is read only now that there are rows. Whether its rows ascend, the analysis finds out.
+  const Check pattern[] = {{std::int64_t{ia[n_rows]} - 1 != nnz, UNCLASSIFIABLE}};
+  if (const int code = report(o.msg_level, o.term_level, pattern); code != 0) return code;
   handle->state = DEFINED;
   handle->structure = o.value;
   handle->matrix_type = o.value == 0 ? 2 : 1;
@@ -269,6 +276,13 @@ int solver_delete(SolverHandle*& handle, std::uint32_t options) {
   delete handle;
   handle = nullptr;
   return code;
+}
+
+OwnedSolver::~OwnedSolver() {
+  if (handle == nullptr) return;
+  // Errors are below the highest severity, so nothing is written and nothing ends the process.
+  handle->msg_level = handle->term_level = FATAL;
+  solver_delete(handle, 0);
 }
 
 }  // namespace zelvo

@@ -37,8 +37,8 @@ constexpr int SOLVER_NUMERIC_FAILURE = 1;
 // Makes a handle. Options: levels.
 int solver_create(SolverHandle*& handle, std::uint32_t options);
 
-// Records the pattern: ia (n_rows+1), ja (nnz). The handle keeps the pointers; the arrays must live
-// until the last solve. Options: levels, structure.
+// Records the pattern: ia (n_rows+1), ja (nnz), where nnz must be ia(n_rows+1) - 1. The handle keeps
+// the pointers; the arrays must live until the last solve. Options: levels, structure.
 int solver_define_structure(SolverHandle* handle, std::uint32_t options, const int* ia, int n_rows,
                             int n_cols, const int* ja, int nnz);
 
@@ -57,15 +57,15 @@ int solver_solve_real(SolverHandle* handle, std::uint32_t options, const double*
 // Frees the handle and all memory of the solver and sets the handle to null. Options: levels.
 int solver_delete(SolverHandle*& handle, std::uint32_t options);
 
-// A handle that is deleted wherever its owner goes out of scope, by an exception too.
+// A handle with an owner: what is left of it at the end of its scope, on an exception too, is
+// released without a word and whatever its state. solver_delete before is as good.
 struct OwnedSolver {
   SolverHandle* handle = nullptr;
+
   OwnedSolver() = default;
   OwnedSolver(const OwnedSolver&) = delete;
   OwnedSolver& operator=(const OwnedSolver&) = delete;
-  ~OwnedSolver() {
-    if (handle != nullptr) solver_delete(handle, 0);
-  }
+  ~OwnedSolver();
 };
 
 }  // namespace zelvo

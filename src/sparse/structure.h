@@ -10,14 +10,23 @@
 
 namespace zelvo {
 
+// The supernodal tree as lists, and the orders that walk it level by level. The numeric stage takes
+// the supernodes as they are numbered, which is a postorder, and reads none of this; it is kept
+// because it says which supernodes are independent of each other, which work on several processors
+// would be scheduled by.
+struct TreeSchedule {
+  Vector<int> ncolupd;        // (nsuper) how many supernodes update each supernode
+  Vector<int> xchild, child;  // (nsuper+1), (nsuper) children of each supernode, ascending
+  Vector<int> snorder;        // (nsuper) leaves first, each supernode after its children
+  Vector<int> topdown;        // (nsuper) roots first, each supernode after its parent
+};
+
 struct FactorStructure {
   int neqns = 0;
   int nsuper = 0;
   int max_cols = 0;              // columns of the largest supernode
   int max_rows = 0;              // length of the longest column
   std::int64_t factor_size = 0;  // reals in lnz, rectangles whole
-  std::int64_t update_size = 0;  // reals for the largest update that needs temporary room: the
-                                 // whole rectangle, rows left in the source x columns of the target
   Vector<int> perm, invp;        // (neqns) perm(new) = old, invp(old) = new
   Vector<int> parent, colcnt;    // (neqns) elimination tree, 0 at a root; column lengths of L
   Vector<int> xsuper;            // (nsuper+1) first column of each supernode
@@ -27,10 +36,7 @@ struct FactorStructure {
   Vector<std::int64_t> xlnz;     // (neqns+1) start of each column in lnz
   Vector<std::int64_t> luperm;   // (stored values of A) place of each in lnz
   Vector<int> sparent;           // (nsuper) supernodal tree, 0 at a root
-  Vector<int> ncolupd;           // (nsuper) how many supernodes update each supernode
-  Vector<int> snorder;           // (nsuper) order of the numeric stage, children first
-  Vector<int> xchild, child;     // (nsuper+1), (nsuper) children of each supernode, ascending
-  Vector<int> topdown;           // (nsuper) order of the backward solve, parents first
+  TreeSchedule schedule;
 };
 
 }  // namespace zelvo

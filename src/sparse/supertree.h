@@ -1,10 +1,10 @@
-// The tree of the supernodes and the orders in which the numeric stages walk it.
+// The tree of the supernodes.
 #pragma once
 #include "sparse/structure.h"
 
 namespace zelvo {
 
-// From the row lists of f: sparent, ncolupd, snorder, xchild, child, topdown and update_size.
+// sparent and the schedule, from the row lists of f.
 void supernode_tree(FactorStructure& f);
 
 }  // namespace zelvo

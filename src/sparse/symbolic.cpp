@@ -18,6 +18,8 @@ void find_chains(const GroupTree& tree, Chains& chains) {
   chains.xchain(chains.count + 1) = tree.n + 1;
 }
 
+namespace {
+
 // An ascending list of groups, built by merging, with the sum of the weights in it.
 struct MergeList {
   Vector<int> next, mark;  // next(g) in the list, 0 at its end; mark(g) = chain that holds g
@@ -25,7 +27,7 @@ struct MergeList {
   int columns = 0;
 };
 
-static void put_behind(MergeList& list, int before, int g, int chain, int weight) {
+void put_behind(MergeList& list, int before, int g, int chain, int weight) {
   int& link = before == 0 ? list.head : list.next(before);
   list.next(g) = link;
   link = g;
@@ -34,8 +36,8 @@ static void put_behind(MergeList& list, int before, int g, int chain, int weight
 }
 
 // Puts the groups from[0..n-1] beyond `last` into the list; both ascend.
-static void merge_rows(MergeList& list, const int* from, std::int64_t n, int last, int chain,
-                       const Vector<int>& weight) {
+void merge_rows(MergeList& list, const int* from, std::int64_t n, int last, int chain,
+                const Vector<int>& weight) {
   int before = 0, at = list.head;
   for (const int* row = std::upper_bound(from, from + n, last); row != from + n; ++row) {
     while (at != 0 && at < *row) {
@@ -51,8 +53,8 @@ static void merge_rows(MergeList& list, const int* from, std::int64_t n, int las
 
 // Puts the neighbours of the chain's first group into the list. Its other groups have none that
 // the first lacks.
-static void merge_neighbours(MergeList& list, const Graph& graph, const GroupTree& tree, int old,
-                             int last, int chain) {
+void merge_neighbours(MergeList& list, const Graph& graph, const GroupTree& tree, int old, int last,
+                      int chain) {
   for (int e = graph.xadj(old); e < graph.xadj(old + 1); ++e) {
     const int g = tree.invp(graph.adjncy(e));
     if (g <= last || list.mark(g) == chain) continue;
@@ -62,7 +64,9 @@ static void merge_neighbours(MergeList& list, const Graph& graph, const GroupTre
   }
 }
 
-int chain_rows(const Graph& graph, const GroupTree& tree, Chains& chains) {
+}  // namespace
+
+Detail chain_rows(const Graph& graph, const GroupTree& tree, Chains& chains) {
   // Groups below a chain are at most as many as equations.
   const auto columns_below = [&](int c) {
     const int f = chains.xchain(c), e = chains.xchain(c + 1);
@@ -97,7 +101,7 @@ int chain_rows(const Graph& graph, const GroupTree& tree, Chains& chains) {
       head = c;
     }
   }
-  return 0;
+  return NO_DETAIL;
 }
 
 void expand_tree(const Groups& groups, const GroupTree& tree, const Chains& chains, int maxsup,
@@ -167,9 +171,11 @@ void expand_rows(const GroupTree& tree, const Chains& chains, FactorStructure& f
   assert(out == f.lindx.data() + (rows - 1));
 }
 
+namespace {
+
 // For each list entry of the graph, an edge between groups: where the rows of the end eliminated
 // later begin in the list of the other end's chain.
-static Vector<int> edge_offsets(const Graph& graph, const GroupTree& tree, const Chains& chains) {
+Vector<int> edge_offsets(const Graph& graph, const GroupTree& tree, const Chains& chains) {
   Vector<int> offset(graph.adjncy.size(), "edge offsets", UNINITIALIZED);
   Vector<int> where(tree.n, "edge offsets", UNINITIALIZED);  // of a row in the list at hand
   for (int c = 1; c <= chains.count; ++c) {
@@ -201,8 +207,8 @@ static Vector<int> edge_offsets(const Graph& graph, const GroupTree& tree, const
 }
 
 // Where an entry of column j would stand if the list of its chain began at offset 0.
-static Vector<std::int64_t> column_bases(const GroupTree& tree, const Chains& chains,
-                                         const FactorStructure& f) {
+Vector<std::int64_t> column_bases(const GroupTree& tree, const Chains& chains,
+                                  const FactorStructure& f) {
   Vector<std::int64_t> base(f.neqns, "column bases", UNINITIALIZED);
   for (int c = 1; c <= chains.count; ++c) {
     const int from = tree.first(chains.xchain(c)), end = tree.first(chains.xchain(c + 1));
@@ -210,6 +216,8 @@ static Vector<std::int64_t> column_bases(const GroupTree& tree, const Chains& ch
   }
   return base;
 }
+
+}  // namespace
 
 void place_values(const int* ia, const int* ja, const Groups& groups, const Graph& graph,
                   const GroupTree& tree, const Chains& chains, FactorStructure& f) {

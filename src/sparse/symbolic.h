@@ -18,14 +18,12 @@ struct Chains {
   Vector<int> rows;            // groups below each chain, ascending
 };
 
-constexpr int BAD_STRUCTURE = -180;  // a row list disagrees with its column length
-
 // Groups of equal structure: v+1 continues the chain of v if it is the parent of v and the first
 // column of v+1 is one shorter than the last of v.
 void find_chains(const GroupTree& tree, Chains& chains);
 
 // Row lists of all chains by merging those of the children. Returns 0 or BAD_STRUCTURE.
-int chain_rows(const Graph& graph, const GroupTree& tree, Chains& chains);
+Detail chain_rows(const Graph& graph, const GroupTree& tree, Chains& chains);
 
 // The order, tree and column lengths of the equations, and supernodes of at most maxsup columns.
 void expand_tree(const Groups& groups, const GroupTree& tree, const Chains& chains, int maxsup,

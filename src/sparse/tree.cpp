@@ -23,6 +23,8 @@ void elimination_tree(const Graph& graph, GroupTree& tree) {
   }
 }
 
+namespace {
+
 // Children as lists: fson(p) is the first child of p, brother(v) the next child of v's parent.
 // The roots are one more list, from the highest number down.
 struct SonLists {
@@ -31,7 +33,7 @@ struct SonLists {
   explicit SonLists(int n) : fson(n, "elimination tree"), brother(n, "elimination tree") {}
 };
 
-static SonLists sons_ascending(const GroupTree& tree) {
+SonLists sons_ascending(const GroupTree& tree) {
   SonLists sons(tree.n);
   int last_root = 0;
   for (int v = tree.n; v >= 1; --v) {
@@ -48,11 +50,11 @@ static SonLists sons_ascending(const GroupTree& tree) {
 }
 
 // Length of the column by which a group is child of its parent: its last.
-static int last_length(const GroupTree& tree, int v) { return tree.length(v) - tree.weight(v) + 1; }
+int last_length(const GroupTree& tree, int v) { return tree.length(v) - tree.weight(v) + 1; }
 
 // A child goes to the front of its brothers unless the last of them has a longer column; then it
 // goes to the end.
-static SonLists sons_by_length(const GroupTree& tree) {
+SonLists sons_by_length(const GroupTree& tree) {
   SonLists sons(tree.n);
   Vector<int> last_son(tree.n, "elimination tree");
   int last_root = 0;
@@ -77,7 +79,7 @@ static SonLists sons_by_length(const GroupTree& tree) {
 }
 
 // number(v) = place of v in the postorder that the lists give.
-static Vector<int> postorder(const GroupTree& tree, const SonLists& sons) {
+Vector<int> postorder(const GroupTree& tree, const SonLists& sons) {
   Vector<int> number(tree.n, "postorder", UNINITIALIZED);
   int next = 1;
   int v = sons.first_root;
@@ -93,14 +95,14 @@ static Vector<int> postorder(const GroupTree& tree, const SonLists& sons) {
   return number;
 }
 
-static Vector<int> moved(const Vector<int>& values, const Vector<int>& number) {
+Vector<int> moved(const Vector<int>& values, const Vector<int>& number) {
   Vector<int> out(values.size(), "elimination tree", UNINITIALIZED);
   for (std::int64_t v = 1; v <= values.size(); ++v) out(number(v)) = values(v);
   return out;
 }
 
 // Renumbers the order and the tree.
-static void renumber(GroupTree& tree, const Vector<int>& number) {
+void renumber(GroupTree& tree, const Vector<int>& number) {
   for (int v = 1; v <= tree.n; ++v) {
     if (tree.parent(v) != 0) tree.parent(v) = number(tree.parent(v));
   }
@@ -112,7 +114,7 @@ static void renumber(GroupTree& tree, const Vector<int>& number) {
 }
 
 // Root of the set of v, with path halving.
-static int find_root(Vector<int>& set, int v) {
+int find_root(Vector<int>& set, int v) {
   while (set(v) != v) {
     set(v) = set(set(v));
     v = set(v);
@@ -127,7 +129,7 @@ static int find_root(Vector<int>& set, int v) {
 // leaves: +w(i) at each leaf, -w(i) where two paths up from neighbouring leaves meet, -w(i) above
 // i; sums over the descendants then give the lengths. j is a leaf of row i if no descendant of j
 // was a neighbour of i before.
-static void column_counts(const Graph& graph, GroupTree& tree) {
+void column_counts(const Graph& graph, GroupTree& tree) {
   const int n = tree.n;
   tree.length = Vector<int>(n, "column lengths");
   Vector<int> first_descendant(n, "column lengths"), last_neighbour(n, "column lengths");
@@ -162,7 +164,10 @@ static void column_counts(const Graph& graph, GroupTree& tree) {
   }
 }
 
+}  // namespace
+
 void sfinit(const Graph& graph, const Groups& groups, GroupTree& tree) {
+  assert(groups.count == graph.n && tree.perm.size() == graph.n && tree.invp.size() == graph.n);
   tree.n = graph.n;
   tree.weight = Vector<int>(tree.n, "group weights", UNINITIALIZED);
   for (int v = 1; v <= tree.n; ++v) tree.weight(v) = groups.weight(tree.perm(v));

@@ -92,9 +92,9 @@ TEST(Shell, SkewedElementsStoreTheEnergyOfTheirStresses) {
     PointFrames f;
     PointStresses S;
     ShellMatrix plain;
-    shell_plain::point_frames(t, s, f);
-    shell_plain::shell_product(t, s, f, plain.data());
-    shell_plain::point_stresses(t, s, f, d.data(), S);
+    SHELL_KERNELS_PLAIN.point_frames(t, s, f);
+    SHELL_KERNELS_PLAIN.shell_product(t, s, f, plain.data());
+    SHELL_KERNELS_PLAIN.point_stresses(t, s, f, d.data(), S);
     double energy = 0, work = 0;
     for (int p = 1; p <= 18; ++p) {
       FixedMatrix<double, 6, 45> op;
@@ -117,12 +117,12 @@ TEST(Shell, SkewedElementsStoreTheEnergyOfTheirStresses) {
     }
     for (int n = 0; n < 9; ++n) {
       double node[5];
-      shell_plain::node_forces(t, s, f, S, n, node);
+      SHELL_KERNELS_PLAIN.node_forces(t, s, f, S, n, node);
       for (int i = 0; i < 5; ++i) EXPECT_NEAR(node[i], force(5 * n + i + 1), 1e-8);
     }
     FixedMatrix<double, 18, 18> sums{}, plain_sums{};
     gradient_products(s, f, S, sums);
-    shell_plain::gradient_products(t, s, f, S, plain_sums.data());
+    SHELL_KERNELS_PLAIN.gradient_products(t, s, f, S, plain_sums.data());
     for (int i = 0; i < 18 * 18; ++i) EXPECT_NEAR(sums.v[i], plain_sums.v[i], 1e-9);
   }
 }

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "sparse/analysis.h"
 #include "sparse/matrices.h"
 
 using namespace zelvo;
@@ -13,7 +14,7 @@ struct Call {
   SmallMatrix m = small_matrix(6, {{1, 2}, {2, 3}, {3, 4}, {4, 5}, {5, 6}});
   int max_fac_store = 1, matrix_number = 1, matrix_type = 2, neqns = 6, nb = 1;
   DriverParameters iparam{{1, 2, 1, 0, 0, 0}};
-  std::vector<double> b = std::vector<double>(6, 1.0), x = std::vector<double>(6);
+  std::vector<double> b = std::vector<double>(m.n, 1.0), x = b;
 
   int operator()(PointerBlock& pt, int ido) {
     int error = 99;
@@ -25,29 +26,30 @@ struct Call {
 
 TEST(Driver, ChecksItsInputInOrder) {
   const struct {
-    int first, ido, detail;  // a call before, 0 none; the bad call, and what it leaves
+    int first, ido;  // a call before, 0 none; the bad call
+    Detail detail;   // what it leaves
     std::function<void(Call&)> spoil = [](Call&) {};
   } cases[] = {
-      {0, -1, 1000},
-      {0, 0, 1000},
-      {0, 22, 100000},
-      {0, -2, 10000},
-      {12, 34, 1, [](Call& c) { c.max_fac_store = 9; }},
-      {12, 33, 2, [](Call& c) { c.max_fac_store = c.matrix_number = 2; }},
-      {12, 33, 3, [](Call& c) { c.matrix_number = 2; }},
-      {12, 33, 4, [](Call& c) { c.matrix_number = 0, c.matrix_type = 7; }},
-      {12, 33, 5, [](Call& c) { c.matrix_type = 0; }},
-      {12, 33, 6, [](Call& c) { c.matrix_type = 1; }},
-      {12, 33, 7, [](Call& c) { c.neqns = 5; }},
-      {12, 11, 8, [](Call& c) { c.neqns = 0; }},
-      {12, 33, 9, [](Call& c) { c.m.ia[6] = 6; }},
-      {12, 33, 10, [](Call& c) { c.nb = 0; }},
-      {12, 33, 11, [](Call& c) { c.iparam(6) = 2, c.iparam(2) = 3; }},
-      {12, 33, 12, [](Call& c) { c.iparam(2) = 3; }},
-      {12, 14, 13},
-      {12, 21, 13},
-      {12, 0, 100, [](Call& c) { c.matrix_number = 2; }},
-      {12, 11, 2000, [](Call& c) { c.matrix_type = 1; }},  // no storage
+      {0, -1, NOTHING_TO_RELEASE},
+      {0, 0, NOTHING_TO_RELEASE},
+      {0, 22, NOT_ANALYSED},
+      {0, -2, IDO_BELOW_RELEASE},
+      {12, 34, IDO_OUT_OF_RANGE, [](Call& c) { c.max_fac_store = 9; }},
+      {12, 33, MORE_FACTORS_THAN_KEPT, [](Call& c) { c.max_fac_store = c.matrix_number = 2; }},
+      {12, 33, MATRIX_NUMBER_ABOVE_STORE, [](Call& c) { c.matrix_number = 2; }},
+      {12, 33, MATRIX_NUMBER_BELOW_ONE, [](Call& c) { c.matrix_number = 0, c.matrix_type = 7; }},
+      {12, 33, MATRIX_TYPE_OUT_OF_RANGE, [](Call& c) { c.matrix_type = 0; }},
+      {12, 33, MATRIX_TYPE_CHANGED, [](Call& c) { c.matrix_type = 1; }},
+      {12, 33, NEQNS_CHANGED, [](Call& c) { c.neqns = 5; }},
+      {12, 11, NEQNS_BELOW_ONE, [](Call& c) { c.neqns = 0; }},
+      {12, 33, FEW_STORED_VALUES, [](Call& c) { c.m.ia[6] = 6; }},
+      {12, 33, NO_RIGHT_HAND_SIDES, [](Call& c) { c.nb = 0; }},
+      {12, 33, BAD_SOLUTION_PLACE, [](Call& c) { c.iparam(6) = 2, c.iparam(2) = 3; }},
+      {12, 33, BAD_ORDERING, [](Call& c) { c.iparam(2) = 3; }},
+      {12, 14, IDO_WITHOUT_STAGES},
+      {12, 21, IDO_WITHOUT_STAGES},
+      {12, 0, BAD_MATRIX_NUMBER, [](Call& c) { c.matrix_number = 2; }},
+      {12, 11, UNSUPPORTED_TYPE, [](Call& c) { c.matrix_type = 1; }},  // no storage
   };
   for (const auto& wrong : cases) {
     PointerBlock pt;
@@ -80,4 +82,55 @@ TEST(Driver, FactorsAgainOnASolveOnlyAfterTheFactorWasReleased) {
   ASSERT_EQ(call(pt, 23), 0);
   for (int i = 0; i < 6; ++i) EXPECT_NEAR(call.b[i], x[i] / 2, 1e-15);
   EXPECT_EQ(call(pt, -1), 0);
+}
+
+TEST(Driver, SolvesWithTheFactorThatIsThereWhicheverSignTheCallNames) {
+  for (const int type : {2, -2}) {
+    PointerBlock pt;
+    Call call{.matrix_type = type};
+    ASSERT_EQ(call(pt, 13), 0);
+    const std::vector<double> x = call.x;
+    call.matrix_type = -type;
+    ASSERT_EQ(call(pt, 33), 0);
+    EXPECT_EQ(call.x, x);
+    call.m.diagonal(4) = -1;  // a factorization takes the sign of its own call
+    EXPECT_EQ(call(pt, 22), type == 2 ? 0 : DRIVER_NUMERIC_FAILED);
+    EXPECT_EQ(pt.detail, type == 2 ? NO_DETAIL : BAD_PIVOT);
+    EXPECT_EQ(call(pt, -1), 0);
+  }
+}
+
+TEST(Driver, ReleasesFactorsAtANewAnalysisAndReadsAnOrderOnlyWhenSwitched) {
+  PointerBlock pt;
+  Call call, other{.m = small_matrix(4, {{1, 2}, {3, 4}}), .matrix_type = -2, .neqns = 4};
+  ASSERT_EQ(call(pt, 12), 0);
+  other.iparam = {{0, 0, 1, 0, 1, 0}};  // no order is given, and none is read
+  ASSERT_EQ(other(pt, 11), 0);
+  ASSERT_EQ(other(pt, 33), 0);  // factors first: the old factor is gone
+  const SmallMatrix& m = other.m;
+  each_value(m, [&](int i, int j, int t) {
+    other.b[i - 1] -= m.a[t - 1] * other.x[j - 1];
+    if (i != j) other.b[j - 1] -= m.a[t - 1] * other.x[i - 1];
+  });
+  for (const double residual : other.b) EXPECT_NEAR(residual, 0, 1e-14);
+  other.iparam(1) = 1;
+  EXPECT_EQ(other(pt, 11), DRIVER_ANALYSIS_FAILED);
+  EXPECT_EQ(pt.detail, BAD_PERMUTATION);
+  EXPECT_EQ(other(pt, -1), 0);
+}
+
+TEST(Driver, CutsNarrowerPanelsForFiveProcessors) {
+  std::vector<double> x[2];
+  for (const int processors : {4, 5}) {
+    PointerBlock pt;
+    Call call{.m = small_matrix(1, {}, 200), .neqns = 200};
+    call.iparam(3) = processors;
+    ASSERT_EQ(call(pt, 13), 0);
+    EXPECT_EQ(call(pt, -1), 0);
+    x[processors - 4] = call.x;
+  }
+  for (int i = 0; i < 200; ++i) EXPECT_NEAR(x[0][i], x[1][i], 1e-15);
+  EXPECT_NE(x[0], x[1]);  // panels of 80 and 64 columns round in other places
+  EXPECT_EQ(panel_limit(4), 80);
+  EXPECT_EQ(panel_limit(5), 64);
 }

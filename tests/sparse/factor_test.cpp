@@ -48,9 +48,10 @@ static void expect_columns(const FactorStructure& f, const Lists& rows) {
   ASSERT_EQ(f.xsuper(J + 1), f.neqns + 1);
 }
 
-// Row lists, tree and orders of the supernodes. The places of columns and values, and the room for
-// updates, show in the factor multiplied back.
+// Row lists, tree and orders of the supernodes. The places of columns and values show in the factor
+// multiplied back.
 static void expect_supernodes(const FactorStructure& f, const Lists& rows) {
+  const TreeSchedule& t = f.schedule;
   std::int64_t index = 1;
   Lists children(f.nsuper + 1);
   std::vector<int> updates(f.nsuper + 1), up(f.nsuper + 1), down(f.nsuper + 1);
@@ -65,12 +66,12 @@ static void expect_supernodes(const FactorStructure& f, const Lists& rows) {
     const int parent = targets.empty() ? 0 : *targets.begin();
     ASSERT_EQ(f.sparent(K), parent);
     children[parent].push_back(K);
-    up[f.snorder(K)] = down[f.topdown(K)] = K;
+    up[t.snorder(K)] = down[t.topdown(K)] = K;
   }
   for (int K = 1; K <= f.nsuper; ++K) {
-    ASSERT_EQ(f.ncolupd(K), updates[K]);
-    ASSERT_EQ(children[K], std::vector<int>(f.child.begin() + f.xchild(K) - 1,
-                                            f.child.begin() + f.xchild(K + 1) - 1));
+    ASSERT_EQ(t.ncolupd(K), updates[K]);
+    ASSERT_EQ(children[K], std::vector<int>(t.child.begin() + t.xchild(K) - 1,
+                                            t.child.begin() + t.xchild(K + 1) - 1));
     ASSERT_TRUE(up[K] > 0 && down[K] > 0);
     for (const int c : children[K]) ASSERT_TRUE(up[c] < up[K] && down[c] > down[K]);
   }
@@ -101,7 +102,7 @@ static double product_error(const SmallMatrix& m, const FactorStructure& s, cons
 // Factors m and its like with pivots of both signs, in the same storage.
 static void expect_factors(const FactorStructure& f, SmallMatrix m) {
   NumericWork w;
-  reserve_numeric(f, f.update_size, w);
+  reserve_numeric(f, w);
   ASSERT_EQ(factor_cholesky(f, m.a.data(), w), FACTOR_DONE);
   ASSERT_LT(product_error(m, f, w, false), 1e-11);
   for (int i = 1; i <= m.n; i += 3) m.diagonal(i) *= -1.0;
@@ -164,22 +165,33 @@ TEST(Analysis, TakesTheCallersOrderAndPlacesChildrenByTheLengthOfTheirColumns) {
   checked(small_matrix(90, random_pairs(90, 200, 3)), order.data());
 }
 
-TEST(Analysis, RefusesWhatIsNoPermutationAndColumnsOutsideTheUpperTriangle) {
+TEST(Analysis, PlacesGroupsByTheLengthOfTheirLastColumn) {
+  // Under 5: the group 1 to 3, whose columns have 4, 3 and 2 entries, and 4, whose column has 3.
+  const SmallMatrix m = small_matrix(
+      7, {{1, 2}, {1, 3}, {2, 3}, {1, 5}, {2, 5}, {3, 5}, {4, 5}, {4, 6}, {5, 6}, {5, 7}, {6, 7}});
+  Groups groups;
+  Graph graph;
+  GroupTree tree;
+  ASSERT_EQ(build_graph(7, m.ia.data(), m.ja.data(), true, groups, graph), NO_DETAIL);
+  ASSERT_EQ(groups.count, 5);
+  tree.perm = tree.invp = Vector<int>(5);
+  for (int g = 1; g <= 5; ++g) tree.perm(g) = tree.invp(g) = g;
+  sfinit(graph, groups, tree);
+  EXPECT_EQ(std::vector<int>(tree.perm.begin(), tree.perm.end()),
+            (std::vector<int>{2, 1, 3, 4, 5}));
+}
+
+TEST(Analysis, RefusesWhatIsNoPermutationAndWhatIsNoUpperTriangle) {
   const int ia[] = {1, 3, 4}, ja[] = {1, 2, 2}, twice[] = {1, 1}, outside[] = {1, 3};
+  const int from_0[] = {0, 3, 4}, descending[] = {1, 5, 4};
   const int beyond[] = {1, 3, 2}, below[] = {1, 2, 1};
   FactorStructure f;
   EXPECT_EQ(analyse(2, 3, ia, ja, twice, f), BAD_PERMUTATION);
   EXPECT_EQ(analyse(2, 3, ia, ja, outside, f), BAD_PERMUTATION);
   EXPECT_EQ(analyse(2, 3, ia, beyond, nullptr, f), BAD_COLUMN);
   EXPECT_EQ(analyse(2, 3, ia, below, nullptr, f), BAD_COLUMN);
-}
-
-TEST(Factorization, StopsAtAnUpdateThatDoesNotFit) {
-  const SmallMatrix m = small_matrix(60, grid_pairs(6, 10), 5);
-  const FactorStructure f = checked(m);
-  NumericWork w;
-  reserve_numeric(f, 24, w);  // less than one 5 x 5 block
-  EXPECT_EQ(factor_cholesky(f, m.a.data(), w), FACTOR_TEMP_SMALL);
+  EXPECT_EQ(analyse(2, 3, from_0, ja, nullptr, f), BAD_ROW);
+  EXPECT_EQ(analyse(2, 3, descending, ja, nullptr, f), BAD_ROW);
 }
 
 TEST(Groups, HoldEquationsWithTheSameNeighboursOnly) {

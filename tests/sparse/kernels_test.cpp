@@ -11,18 +11,9 @@ using namespace zelvo;
 
 namespace {
 
-struct Kernels {
-  decltype(&kernels_plain::update) update;
-  decltype(&kernels_plain::factor_panel) factor_panel;
-  decltype(&kernels_plain::forward_panel) forward_panel;
-  decltype(&kernels_plain::backward_panel) backward_panel;
-};
-const Kernels VARIANTS[] = {{kernels_plain::update, kernels_plain::factor_panel,
-                             kernels_plain::forward_panel, kernels_plain::backward_panel},
-                            {kernels_avx2::update, kernels_avx2::factor_panel,
-                             kernels_avx2::forward_panel, kernels_avx2::backward_panel}};
+const DenseKernels* const VARIANTS[] = {&DENSE_KERNELS_PLAIN, &DENSE_KERNELS_AVX2};
 
-class DenseKernels : public testing::TestWithParam<Kernels> {
+class DenseKernelsTest : public testing::TestWithParam<const DenseKernels*> {
  protected:
   std::mt19937 random{7};
   std::vector<double> packed = std::vector<double>(100000);
@@ -35,10 +26,10 @@ class DenseKernels : public testing::TestWithParam<Kernels> {
   }
 };
 // The vectorised variant where the processor has it.
-INSTANTIATE_TEST_SUITE_P(Variants, DenseKernels,
+INSTANTIATE_TEST_SUITE_P(Variants, DenseKernelsTest,
                          testing::ValuesIn(VARIANTS, VARIANTS + (have_avx2() ? 2 : 1)));
 
-TEST_P(DenseKernels, UpdateMatchesPlainLoopsAroundEveryTileBoundary) {
+TEST_P(DenseKernelsTest, UpdateMatchesPlainLoopsAroundEveryTileBoundary) {
   const struct {
     int shift, run, gap;  // product rows in the target: behind shift, with a gap after each run
   } kinds[] = {{3, 1000, 0}, {0, 5, 1}, {0, 17, 4}};
@@ -60,8 +51,8 @@ TEST_P(DenseKernels, UpdateMatchesPlainLoopsAroundEveryTileBoundary) {
               n = std::min(k - t, k > 40 ? 100 : 7);
               pieces.push_back({&a[t * lda], lda, n, scaled ? &d[3 * t] : nullptr, 3});
             }
-            GetParam().update(column.data(), kind.gap == 0 ? nullptr : place.data(), kind.shift,
-                              pieces.data(), static_cast<int>(pieces.size()), r, m, packed.data());
+            GetParam()->update(column.data(), kind.gap == 0 ? nullptr : place.data(), kind.shift,
+                               pieces.data(), static_cast<int>(pieces.size()), r, m, packed.data());
             for (int j = 0; j < m; ++j)
               for (int i = j; i < r; ++i)
                 for (int t = 0; t < k; ++t)
@@ -73,7 +64,7 @@ TEST_P(DenseKernels, UpdateMatchesPlainLoopsAroundEveryTileBoundary) {
           }
 }
 
-TEST_P(DenseKernels, PanelMultipliedBackGivesTheMatrixAndTheSolvesUndoIt) {
+TEST_P(DenseKernelsTest, PanelMultipliedBackGivesTheMatrixAndTheSolvesUndoIt) {
   for (const int c : {1, 2, 3, 4, 5, 6, 8, 11, 12, 13, 15, 24, 31, 80, 93})
     for (const int below : {0, 1, 2, 3, 4, 7, 12, 30})
       for (const bool ldl : {false, true}) {
@@ -81,7 +72,7 @@ TEST_P(DenseKernels, PanelMultipliedBackGivesTheMatrixAndTheSolvesUndoIt) {
         auto a = random_values(ld * c);
         for (int j = 0; j < c; ++j) a[j * ld + j] = (ldl && j % 3 == 1 ? -1 : 1) * (c + 2);
         auto l = a;
-        ASSERT_EQ(GetParam().factor_panel(l.data(), ld, r, c, ldl, packed.data()), 0);
+        ASSERT_EQ(GetParam()->factor_panel(l.data(), ld, r, c, ldl, packed.data()), 0);
         const auto L = [&](int i, int j) { return ldl && i == j ? 1.0 : l[j * ld + i]; };
         // z = [L1; L2] x1 + [0; x2] and y = [L1' x1 + L2' x2; x2] go back to x.
         const auto x = random_values(r);
@@ -97,24 +88,30 @@ TEST_P(DenseKernels, PanelMultipliedBackGivesTheMatrixAndTheSolvesUndoIt) {
             y[j] += L(i, j) * x[i];
           }
         for (int j = 0; j < c && ld > r; ++j) ASSERT_EQ(l[j * ld + r], a[j * ld + r]);
-        GetParam().forward_panel(l.data(), ld, r, c, ldl, z.data());
-        GetParam().backward_panel(l.data(), ld, r, c, ldl, y.data());
+        GetParam()->forward_panel(l.data(), ld, r, c, ldl, z.data());
+        GetParam()->backward_panel(l.data(), ld, r, c, ldl, y.data());
         for (int i = 0; i < r; ++i) ASSERT_NEAR(z[i], x[i], 1e-11);
         for (int i = 0; i < r; ++i) ASSERT_NEAR(y[i], x[i], 1e-11);
       }
 }
 
-TEST_P(DenseKernels, PivotsStopWhereTheyMust) {
+TEST_P(DenseKernelsTest, PivotsStopWhereTheyMust) {
   const struct {
     double pivot;
     int cholesky, ldl;
-  } cases[] = {{1.0e-300, 0, 0}, {1.0e20, 0, 0}, {0, -1, -1}, {-1, -1, 0}, {std::nan(""), -1, 0}};
+  } cases[] = {{1.0e-300, 0, 0},     {1.0e20, 0, 0},    {0, -1, -1},
+               {-1, -1, 0},          {0x1p-1030, 0, 0},  // the reciprocal of the last overflows
+               {std::nan(""), -1, 0}};
   for (const auto& wanted : cases)
     for (const bool ldl : {false, true}) {
       std::vector<double> a(140 + MAX_LANES);  // 14 x 10, diagonal
       for (int j = 0; j < 10; ++j) a[15 * j] = j == 6 ? wanted.pivot : 1.0;
-      EXPECT_EQ(GetParam().factor_panel(a.data(), 14, 14, 10, ldl, packed.data()),
+      a[6 * 14 + 7] = a[6 * 14 + 13] = 3 * 0x1p-1030;
+      EXPECT_EQ(GetParam()->factor_panel(a.data(), 14, 14, 10, ldl, packed.data()),
                 ldl ? wanted.ldl : wanted.cholesky);
+      if (wanted.pivot != 0x1p-1030) continue;
+      EXPECT_EQ(a[6 * 14 + 7], ldl ? 3 : 3 * 0x1p-515);
+      EXPECT_EQ(a[6 * 14 + 13], ldl ? 3 : 3 * 0x1p-515);
     }
 }
 

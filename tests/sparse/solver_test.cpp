@@ -123,6 +123,7 @@ TEST(SolverDeathTest, FailedChecksAreNamedInOrderAndTheFirstEndsTheProcessByDefa
       {"", 'd', 0, -8, "Not a square matrix", "", 3, 2, 5},
       {"", 'd', 0, -6, few, "", 3, 3, 3},
       {"", 'd', 0, -7, "Number of non-zeros greater than nRows * nCols", "", 3, 3, 10},
+      {"", 'd', 0, -3, "An unclassifiable error occurred", "", 3, 3, 6},  // rows end at 5
       {"d", 'r', 0x10000000, -15, "Invalid reorder option"},
       {"d", 'r', SOLVER_USER_ORDER, -1, "Zero Pivot detected", PREFIX + "Out of memory\n"},
       {"n", 'r', 0, -1, "Zero Pivot detected"},
@@ -144,7 +145,8 @@ TEST(SolverDeathTest, FailedChecksAreNamedInOrderAndTheFirstEndsTheProcessByDefa
 }
 
 TEST(SolverDeathTest, LevelsStayWithTheHandleAndFatalMessagesPassThem) {
-  Session s{.rows = 46341, .cols = 46341, .nnz = 2147483647};
+  Session s{.rows = 46341, .cols = 46341, .nnz = 2147483646};
+  s.m.ia.resize(46342, 2147483647);
   EXPECT_EQ(solver_create(s.h, solver_message_level(5) | RETURNING | 0x200), -10);
   s.create(RETURNING, "");
   EXPECT_EQ(s.outcome('d', solver_message_level(5) | SOLVER_USER_ORDER), "-10 ");
@@ -154,6 +156,19 @@ TEST(SolverDeathTest, LevelsStayWithTheHandleAndFatalMessagesPassThem) {
               "^SPARSE-DSS-Fatal, Invalid factor option\n$");
   EXPECT_EQ(s('x'), 0);
   EXPECT_EXIT((speak_on_stderr(), s('x')), testing::ExitedWithCode(-9 & 0xff), "call sequence");
+}
+
+TEST(Solver, IsReleasedByItsOwnerWithoutAWordInWhateverState) {
+  testing::internal::CaptureStdout();
+  for (const char* calls : {"", "d", "dr", "drf"}) {
+    Session s;
+    OwnedSolver owner;
+    ASSERT_EQ(solver_create(s.h, 0), 0);
+    owner.handle = s.h;
+    for (const char* call = calls; *call != 0; ++call) EXPECT_EQ(s(*call), 0);
+    s.h = nullptr;
+  }  // what an owner lost would be a leak for the sanitizer
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
 #if !defined(_WIN32) && !defined(__SANITIZE_ADDRESS__)  // a limit would stop the sanitizer itself

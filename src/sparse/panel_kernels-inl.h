@@ -1,7 +1,7 @@
-// Factorization of a panel, and its part in the solves; a part of dense_kernels_body.h.
+// Factorization of a panel, and its part in the solves; a part of dense_kernels-inl.h.
 
 // The first n of W lanes, n below W.
-KERNEL_INLINE void store_first(double* p, Vec v, int n) {
+SIMD_INLINE void store_first(double* p, Reg v, int n) {
   double lane[W];
   store(lane, v);
   if (n > 0) p[0] = lane[0];
@@ -11,21 +11,26 @@ KERNEL_INLINE void store_first(double* p, Vec v, int n) {
   }
 }
 
+// Columns of L are products with the reciprocals of the pivots, but for pivots of D so small that
+// these overflow: 1/d is infinite below 5.6e-309. Pivots of Cholesky are roots and never get there.
+SIMD_INLINE bool overflows(double inverse) { return inverse - inverse != 0.0; }
+
 // Factors a tile of NC <= W columns whose diagonal lies in its first NC rows; x[column][row] holds W
 // rows. False at a bad pivot.
 template <int NC>
-static bool factor_tile(double (&x)[NC][W], double* pivot, double* inverse, bool ldl) {
+bool factor_tile(double (&x)[NC][W], double* pivot, double* inverse, bool ldl) {
   for (int q = 0; q < NC; ++q) {
     const double d = x[q][q];
     if (ldl ? d == 0.0 : !(d > 0.0)) return false;
     pivot[q] = ldl ? d : root(d);
     inverse[q] = 1.0 / pivot[q];
     x[q][q] = pivot[q];
+    const bool divide = overflows(inverse[q]);
     double column[W];  // L for Cholesky, L D for ldl
     for (int i = q + 1; i < W; ++i) {
-      column[i] = x[q][i];
-      x[q][i] *= inverse[q];
-      if (!ldl) column[i] = x[q][i];
+      const double ld = x[q][i];
+      x[q][i] = divide ? ld / pivot[q] : ld * inverse[q];
+      column[i] = ldl ? ld : x[q][i];
     }
     for (int j = q + 1; j < NC; ++j)
       for (int i = j; i < W; ++i) x[j][i] -= x[q][i] * column[j];
@@ -34,7 +39,7 @@ static bool factor_tile(double (&x)[NC][W], double* pivot, double* inverse, bool
 }
 
 // Where tile t of the packed diagonal block begins: tile t has W (t + 1) columns of W values.
-KERNEL_INLINE Index packed_tile(int t) { return Index{W} * W * t * (t + 1) / 2; }
+SIMD_INLINE Index packed_tile(int t) { return Index{W} * W * t * (t + 1) / 2; }
 
 std::ptrdiff_t panel_work(int c) {
   const int tiles = (c + W - 1) / W;
@@ -52,24 +57,24 @@ struct PanelWork {
 };
 
 // Rows j.. of the diagonal block, which lie in the rows in work from lane on, to their tile.
-static void pack_block(int j, int lane, const PanelWork& w) {
+void pack_block(int j, int lane, const PanelWork& w) {
   double* block = w.block + packed_tile(j / W);
   for (int p = 0; p < j; ++p) {
-    const Vec x = load(w.rows + p * P + lane);
-    store(block + p * W, w.ldl ? x * splat(w.pivot[p]) : x);
+    const Reg x = load<W>(w.rows + p * P + lane);
+    store(block + p * W, w.ldl ? x * splat<W>(w.pivot[p]) : x);
   }
 }
 
 // Factors the tile at column j whose W rows (the first NC hold the diagonal) are x, and packs it.
 template <int NC>
-static bool factor_diagonal(Vec (&x)[NC], int j, const PanelWork& w) {
+bool factor_diagonal(Reg (&x)[NC], int j, const PanelWork& w) {
   double* block = w.block + packed_tile(j / W) + j * W;
   double t[NC][W];
   for (int q = 0; q < NC; ++q) store(t[q], x[q]);
   if (!factor_tile<NC>(t, w.pivot + j, w.inverse + j, w.ldl)) return false;
   for (int q = 0; q < NC; ++q) {
-    x[q] = load(t[q]);
-    store(block + q * W, w.ldl ? x[q] * splat(w.pivot[j + q]) : x[q]);
+    x[q] = load<W>(t[q]);
+    store(block + q * W, w.ldl ? x[q] * splat<W>(w.pivot[j + q]) : x[q]);
   }
   return true;
 }
@@ -77,23 +82,24 @@ static bool factor_diagonal(Vec (&x)[NC], int j, const PanelWork& w) {
 // Columns j to j+NC-1 of the n rows of the panel from row i on, at x: subtracts what the columns
 // before contribute, then factors the diagonal tile (where it lies in these rows) and solves below.
 template <int NV, int NC>
-static bool panel_tile(double* x, Index ld, int i, int j, int n, const PanelWork& w) {
+bool panel_tile(double* x, Index ld, int i, int j, int n, const PanelWork& w) {
   if (j >= i) pack_block(j, j - i, w);
   const double* block = w.block + packed_tile(j / W);
-  Vec acc[NV][NC];
+  Reg acc[NV][NC];
   product<NV, NC>(acc, j, w.rows, P, block, W);
   for (int v = 0; v < NV; ++v)
-    for (int q = 0; q < NC; ++q) acc[v][q] = load(x + q * ld + v * W) - acc[v][q];
+    for (int q = 0; q < NC; ++q) acc[v][q] = load<W>(x + q * ld + v * W) - acc[v][q];
   const int diagonal = j >= i ? (j - i) / W : -1;
   for (int v = 0; v < NV; ++v)
     if (v == diagonal && !factor_diagonal<NC>(acc[v], j, w)) return false;
   const double* u = block + j * W;  // u[p * W + q]: row q, column p of the diagonal tile
   for (int q = 0; q < NC; ++q) {
-    const Vec inverse = splat(w.inverse[j + q]);
+    const Reg pivot = splat<W>(w.pivot[j + q]), inverse = splat<W>(w.inverse[j + q]);
+    const bool divide = overflows(w.inverse[j + q]);
     for (int v = 0; v < NV; ++v) {
-      Vec y = acc[v][q];
-      for (int p = 0; p < q; ++p) y -= acc[v][p] * splat(u[p * W + q]);
-      if (v > diagonal) acc[v][q] = y * inverse;
+      Reg y = acc[v][q];
+      for (int p = 0; p < q; ++p) y -= acc[v][p] * splat<W>(u[p * W + q]);
+      if (v > diagonal) acc[v][q] = divide ? y / pivot : y * inverse;
     }
   }
   const int whole = n / W, rest = n % W;
@@ -109,8 +115,7 @@ static bool panel_tile(double* x, Index ld, int i, int j, int n, const PanelWork
 }
 
 template <int NV, int NC>
-static bool last_panel_tile(double* x, Index ld, int i, int j, int n, int columns,
-                            const PanelWork& w) {
+bool last_panel_tile(double* x, Index ld, int i, int j, int n, int columns, const PanelWork& w) {
   if constexpr (NC > 0) {
     if (columns == NC) return panel_tile<NV, NC>(x, ld, i, j, n, w);
     return last_panel_tile<NV, NC - 1>(x, ld, i, j, n, columns, w);
@@ -120,7 +125,7 @@ static bool last_panel_tile(double* x, Index ld, int i, int j, int n, int column
 
 // n rows of the panel from row i on: the first m columns.
 template <int NV>
-static bool panel_rows(double* panel, Index ld, int i, int n, int m, const PanelWork& w) {
+bool panel_rows(double* panel, Index ld, int i, int n, int m, const PanelWork& w) {
   int j = 0;
   for (; j + W <= m; j += W)
     if (!panel_tile<NV, W>(panel + i + j * ld, ld, i, j, n, w)) return false;
@@ -128,8 +133,8 @@ static bool panel_rows(double* panel, Index ld, int i, int n, int m, const Panel
 }
 
 template <int NV>
-static bool panel_rows_of_height(int nv, double* panel, Index ld, int i, int n, int m,
-                                 const PanelWork& w) {
+bool panel_rows_of_height(int nv, double* panel, Index ld, int i, int n, int m,
+                          const PanelWork& w) {
   if constexpr (NV > 0) {
     if (nv == NV) return panel_rows<NV>(panel, ld, i, n, m, w);
     return panel_rows_of_height<NV - 1>(nv, panel, ld, i, n, m, w);
@@ -138,6 +143,7 @@ static bool panel_rows_of_height(int nv, double* panel, Index ld, int i, int n, 
 }
 
 int factor_panel(double* panel, Index ld, int r, int c, bool ldl, double* packed) {
+  assert(c <= r && r <= ld);
   const int whole = (c + W - 1) / W;  // tiles
   double* pivot = packed + packed_tile(whole);
   const PanelWork w{packed, pivot, pivot + whole * W, pivot + 2 * whole * W, ldl};
@@ -151,12 +157,12 @@ int factor_panel(double* panel, Index ld, int r, int c, bool ldl, double* packed
 
 // z(i) -= sum over q of l(i,q) x(q), NC columns, n values.
 template <int NC>
-KERNEL_INLINE void subtract_columns(const double* l, Index ld, const double (&x)[NC], int n,
-                                    double* z) {
+SIMD_INLINE void subtract_columns(const double* l, Index ld, const double (&x)[NC], int n,
+                                  double* z) {
   int i = 0;
   for (; i + W <= n; i += W) {
-    Vec y = load(z + i);
-    for (int q = 0; q < NC; ++q) y -= load(l + q * ld + i) * splat(x[q]);
+    Reg y = load<W>(z + i);
+    for (int q = 0; q < NC; ++q) y -= load<W>(l + q * ld + i) * splat<W>(x[q]);
     store(z + i, y);
   }
   for (; i < n; ++i) {
@@ -167,7 +173,7 @@ KERNEL_INLINE void subtract_columns(const double* l, Index ld, const double (&x)
 }
 
 template <int NC>
-static void forward_columns(const double* l, Index ld, int r, bool unit, double* z) {
+void forward_columns(const double* l, Index ld, int r, bool unit, double* z) {
   double x[NC];
   for (int q = 0; q < NC; ++q) {
     double y = z[q];
@@ -185,13 +191,13 @@ void forward_panel(const double* panel, Index ld, int r, int c, bool unit, doubl
 
 // NC columns of the panel, the last of those not yet solved; l is their diagonal tile.
 template <int NC>
-static void backward_columns(const double* l, Index ld, int r, bool unit, double* z) {
-  Vec sum[NC];
-  for (int q = 0; q < NC; ++q) sum[q] = splat(0.0);
+void backward_columns(const double* l, Index ld, int r, bool unit, double* z) {
+  Reg sum[NC];
+  for (int q = 0; q < NC; ++q) sum[q] = splat<W>(0.0);
   int i = NC;
   for (; i + W <= r; i += W) {
-    const Vec y = load(z + i);
-    for (int q = 0; q < NC; ++q) sum[q] += load(l + q * ld + i) * y;
+    const Reg y = load<W>(z + i);
+    for (int q = 0; q < NC; ++q) sum[q] += load<W>(l + q * ld + i) * y;
   }
   for (int q = NC - 1; q >= 0; --q) {
     double lane[W], y = z[q];

@@ -1,4 +1,4 @@
-// The update of supernodes by another; a part of dense_kernels_body.h.
+// The update of supernodes by another; a part of dense_kernels-inl.h.
 
 // Packing pays when a packed value is read often enough: B by the rows of tiles, A by the columns.
 constexpr int PACK_ROWS = 4 * P, PACK_COLUMNS = 8 * W, PACK_TERMS = 16;
@@ -28,7 +28,7 @@ struct TileRows {
       [MAX_NV];  // W if all follow there, fewer before the only gap, 0 with more gaps or in part
 };
 
-KERNEL_INLINE TileRows tile_rows(const Target& t, int i, int n, const double* a, Index lda) {
+SIMD_INLINE TileRows tile_rows(const Target& t, int i, int n, const double* a, Index lda) {
   TileRows x{i, n, a, lda, {}, {}};
   for (int v = 0; v * W < n; ++v) {
     const int row = i + v * W, at = t.at(row);
@@ -43,36 +43,36 @@ KERNEL_INLINE TileRows tile_rows(const Target& t, int i, int n, const double* a,
 
 // The tile of the rows x and the columns j to j+NC-1 of an update.
 template <int NV, int NC>
-static void tile(const Target& t, const TileRows& x, int j, const double* b, Index ldb, int k) {
+void tile(const Target& t, const TileRows& x, int j, const double* b, Index ldb, int k) {
   double* c[NC];
   for (int q = 0; q < NC; ++q) {
     c[q] = t.col[t.at(j + q)];
     if (k > PACK_TERMS) {
-      KERNEL_PREFETCH(c[q] + x.at[0]);
-      KERNEL_PREFETCH(c[q] + x.at[NV - 1]);
+      fetch_to_write(c[q] + x.at[0]);
+      fetch_to_write(c[q] + x.at[NV - 1]);
     }
   }
-  Vec acc[NV][NC];
+  Reg acc[NV][NC];
   product<NV, NC>(acc, k, x.a, x.lda, b, ldb);
-  KERNEL_UNROLL
+  SIMD_UNROLL
   for (int v = 0; v < NV; ++v) {
     const int row = x.i + v * W, at = x.at[v];
     const int lanes = j + NC - 1 <= row ? x.lanes[v] : 0;
     if (lanes == W) {
-      KERNEL_UNROLL
-      for (int q = 0; q < NC; ++q) store(c[q] + at, load(c[q] + at) - acc[v][q]);
+      SIMD_UNROLL
+      for (int q = 0; q < NC; ++q) store(c[q] + at, load<W>(c[q] + at) - acc[v][q]);
     } else if (lanes != 0) {
-      KERNEL_UNROLL
+      SIMD_UNROLL
       for (int q = 0; q < NC; ++q)
-        store(c[q] + at, load(c[q] + at) - first_lanes(acc[v][q], lanes));
+        store(c[q] + at, load<W>(c[q] + at) - first_lanes<W>(acc[v][q], lanes));
       const int behind = t.at(row + W - 1) - (W - 1);
-      KERNEL_UNROLL
+      SIMD_UNROLL
       for (int q = 0; q < NC; ++q)
-        store(c[q] + behind, load(c[q] + behind) - other_lanes(acc[v][q], lanes));
+        store(c[q] + behind, load<W>(c[q] + behind) - other_lanes<W>(acc[v][q], lanes));
     } else {  // at the diagonal, the last rows, or much scattered
       const int end = x.n - v * W < W ? x.n - v * W : W;
       double lane[W];
-      KERNEL_UNROLL
+      SIMD_UNROLL
       for (int q = 0; q < NC; ++q) {
         store(lane, acc[v][q]);
         for (int r = j + q > row ? j + q - row : 0; r < end; ++r) c[q][t.at(row + r)] -= lane[r];
@@ -83,8 +83,8 @@ static void tile(const Target& t, const TileRows& x, int j, const double* b, Ind
 
 // The tile of nv registers by nc columns, nv <= NV and nc <= NC.
 template <int NV, int NC>
-static void any_tile(int nv, int nc, const Target& t, const TileRows& x, int j, const double* b,
-                     Index ldb, int k) {
+void any_tile(int nv, int nc, const Target& t, const TileRows& x, int j, const double* b, Index ldb,
+              int k) {
   if (nv == NV && nc == NC) return tile<NV, NC>(t, x, j, b, ldb, k);
   if constexpr (NC > 1) {
     if (nc < NC) return any_tile<NV, NC - 1>(nv, nc, t, x, j, b, ldb, k);
@@ -96,24 +96,24 @@ static void any_tile(int nv, int nc, const Target& t, const TileRows& x, int j, 
 // of P; returns where the next column goes. The rows behind them are fetched meanwhile: their columns
 // are too many and too far apart for the processor to see.
 template <int NV>
-KERNEL_INLINE double* pack_rows(double* packed, const double* a, Index lda, int k) {
+SIMD_INLINE double* pack_rows(double* packed, const double* a, Index lda, int k) {
   for (int p = 0; p < k; ++p, a += lda, packed += P) {
-    KERNEL_FETCH(a + 2 * P);
-    KERNEL_FETCH(a + 3 * P - 1);
-    for (int v = 0; v < NV; ++v) store(packed + v * W, load(a + v * W));
+    fetch(a + 2 * P);
+    fetch(a + 3 * P - 1);
+    for (int v = 0; v < NV; ++v) store(packed + v * W, load<W>(a + v * W));
   }
   return packed;
 }
 
 template <int NV>
-static double* pack_rows(int nv, double* packed, const double* a, Index lda, int k) {
+double* pack_rows(int nv, double* packed, const double* a, Index lda, int k) {
   if (nv == NV) return pack_rows<NV>(packed, a, lda, k);
   if constexpr (NV > 1) return pack_rows<NV - 1>(nv, packed, a, lda, k);
   return packed;
 }
 
 // A piece of B, its m rows behind `from` times D, as tiles of W rows that begin `step` apart.
-static void pack_tiles(double* packed, Index step, const UpdatePiece& x, int from, int m) {
+void pack_tiles(double* packed, Index step, const UpdatePiece& x, int from, int m) {
   const int whole = m / W * W;
   const double* b = x.a + from;
   const double* d = x.d;
@@ -121,8 +121,8 @@ static void pack_tiles(double* packed, Index step, const UpdatePiece& x, int fro
     const double dp = d == nullptr ? 1.0 : d[p * x.step];
     double* to = packed + p * W;
     if (p + AHEAD < x.k)
-      for (int j = 0; j < m; j += CACHE_LINE) KERNEL_FETCH(b + AHEAD * x.lda + j);
-    for (int j = 0; j < whole; j += W, to += step) store(to, load(b + j) * splat(dp));
+      for (int j = 0; j < m; j += CACHE_LINE) fetch(b + AHEAD * x.lda + j);
+    for (int j = 0; j < whole; j += W, to += step) store(to, load<W>(b + j) * splat<W>(dp));
     for (int j = whole; j < m; ++j) to[j - whole] = b[j] * dp;
   }
 }
@@ -134,8 +134,8 @@ std::ptrdiff_t update_work(int m, int k) {
 
 // Columns j0 to m-1 of an update, its k terms in one or more pieces: B, the rows j0 to m-1 of A, stays
 // in the second-level cache while the rows below it pass.
-static void update_block(const Target& t, const UpdatePiece* piece, int pieces, int r, int j0,
-                         int m, int k, double* packed) {
+void update_block(const Target& t, const UpdatePiece* piece, int pieces, int r, int j0, int m,
+                  int k, double* packed) {
   const bool pack_b = pieces > 1 || piece->d != nullptr || (r - j0 > PACK_ROWS && k > PACK_TERMS);
   const bool pack_a = pieces > 1 || (m - j0 > PACK_COLUMNS && k > PACK_TERMS);
   double* a_packed = packed;
@@ -180,6 +180,7 @@ static void update_block(const Target& t, const UpdatePiece* piece, int pieces, 
 
 void update(double* const* col, const int* place, int shift, const UpdatePiece* piece, int pieces,
             int r, int m, double* packed) {
+  assert(1 <= m && m <= r && pieces >= 1);
   const Target t{col, place, shift};
   for (int j = 0; j < m; j += BLOCK_COLUMNS) {
     const int end = m < j + BLOCK_COLUMNS ? m : j + BLOCK_COLUMNS;

@@ -1,35 +1,29 @@
 // The loops declared in kernels.h, for whatever vectors the including file is compiled for.
 
-// Four points side by side: one AVX register, or two of SSE2 or NEON.
-typedef double v4 __attribute__((vector_size(32), may_alias));
+// Four points side by side. The lane tables are aligned, so they are read and written in place.
+using v4 = Vec<4>;
 
-#pragma GCC diagnostic ignored "-Wpsabi"  // v4 never crosses a translation unit
+constexpr int VECTORS = SHELL_LANES / 4;
 
-static constexpr int VECTORS = SHELL_LANES / 4;
+inline const v4& at(const double* lanes, int v) { return reinterpret_cast<const v4*>(lanes)[v]; }
+inline v4& at(double* lanes, int v) { return reinterpret_cast<v4*>(lanes)[v]; }
 
-static inline const v4& at(const double* lanes, int v) {
-  return reinterpret_cast<const v4*>(lanes)[v];
-}
-static inline v4& at(double* lanes, int v) { return reinterpret_cast<v4*>(lanes)[v]; }
-
-static inline v4 dot(const v4* a, const v4* b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
-static inline v4 dot(const v4* a, const double* b) {
-  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
+inline v4 dot(const v4* a, const v4* b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
+inline v4 dot(const v4* a, const double* b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
 
 // Reciprocal of the square root.
-static inline v4 inverse_root(const v4& square) {
+inline v4 inverse_root(const v4& square) {
   v4 x = square;
-  for (int l = 0; l < 4; ++l) x[l] = __builtin_sqrt(x[l]);
+  for (int l = 0; l < 4; ++l) x[l] = root(x[l]);
   return 1.0 / x;
 }
 
-static inline void load3x3(const double (*m)[SHELL_LANES], int v, v4* out) {
+inline void load3x3(const double (*m)[SHELL_LANES], int v, v4* out) {
   for (int i = 0; i < 9; ++i) out[i] = at(m[i], v);
 }
 
 // J and its inverse by cofactors; e1 along xi, e3 normal to xi and eta, e2 = e3 x e1.
-static void frame_at(const v4* J, int v, PointFrames& f) {
+void frame_at(const v4* J, int v, PointFrames& f) {
   const v4 c0 = J[4] * J[8] - J[7] * J[5], c1 = J[5] * J[6] - J[3] * J[8],
            c2 = J[3] * J[7] - J[6] * J[4];
   const v4 det = J[0] * c0 + J[1] * c1 + J[2] * c2, s = 1.0 / det;
@@ -75,12 +69,12 @@ void point_frames(const LaneTables& t, const ShellData& s, PointFrames& f) {
 // Operands of a sum of outer products over the points: columns of ROWS lanes, one after the other.
 // The two points left over after sixteen stand together, two rows in a vector: 5 rows of 18 points
 // take 23 vectors.
-static constexpr int SHELL_K = 23, COLUMNS = 48;
+constexpr int SHELL_K = 23, COLUMNS = 48;
 struct alignas(32) Operands {
   v4 a[COLUMNS][SHELL_K], b[COLUMNS][SHELL_K];
 };
 
-static inline void put_row(v4* column, int row, int v, const v4& x) {
+inline void put_row(v4* column, int row, int v, const v4& x) {
   if (v < 4) {
     column[4 * row + v] = x;
   } else {
@@ -90,7 +84,7 @@ static inline void put_row(v4* column, int row, int v, const v4& x) {
 }
 
 // Strains 11, 22, 12, 13, 23 of one freedom into a, stress times weight into b.
-static inline void put_strains(Operands& o, int column, int v, const v4* eps, const v4* D) {
+inline void put_strains(Operands& o, int column, int v, const v4* eps, const v4* D) {
   v4* a = o.a[column];
   v4* b = o.b[column];
   for (int r = 0; r < 5; ++r) put_row(a, r, v, eps[r]);
@@ -100,7 +94,7 @@ static inline void put_strains(Operands& o, int column, int v, const v4* eps, co
 }
 
 // Strains under a displacement along the local vector a whose factor has the local gradient g.
-static inline void strains(const v4* a, const v4* g, v4* eps) {
+inline void strains(const v4* a, const v4* g, v4* eps) {
   eps[0] = a[0] * g[0];
   eps[1] = a[1] * g[1];
   eps[2] = a[0] * g[1] + a[1] * g[0];
@@ -108,8 +102,7 @@ static inline void strains(const v4* a, const v4* g, v4* eps) {
   eps[4] = a[1] * g[2] + a[2] * g[1];
 }
 
-static void strain_operands(const LaneTables& t, const ShellData& s, const PointFrames& f,
-                            Operands& o) {
+void strain_operands(const LaneTables& t, const ShellData& s, const PointFrames& f, Operands& o) {
   for (int c = 0; c < 45; ++c) o.a[c][SHELL_K - 1] = o.b[c][SHELL_K - 1] = v4{};
   for (int v = 0; v < VECTORS; ++v) {
     v4 e[9], R[9], L[9];  // L = E R: derivatives of the natural along the local coordinates
@@ -143,7 +136,7 @@ static void strain_operands(const LaneTables& t, const ShellData& s, const Point
 }
 
 // The sums of the lanes of four vectors.
-static inline v4 lane_sums(const v4& c0, const v4& c1, const v4& c2, const v4& c3) {
+inline v4 lane_sums(const v4& c0, const v4& c1, const v4& c2, const v4& c3) {
   const v4 lo =
       __builtin_shufflevector(c0, c1, 0, 4, 2, 6) + __builtin_shufflevector(c0, c1, 1, 5, 3, 7);
   const v4 hi =
@@ -152,7 +145,7 @@ static inline v4 lane_sums(const v4& c0, const v4& c1, const v4& c2, const v4& c
 }
 
 // c (4,3), columns ld apart = a' b over k vectors: twelve sums in registers.
-static inline void tile(const v4 (*a)[SHELL_K], const v4 (*b)[SHELL_K], int k, double* c, int ld) {
+inline void tile(const v4 (*a)[SHELL_K], const v4 (*b)[SHELL_K], int k, double* c, int ld) {
   v4 s00{}, s10{}, s20{}, s30{}, s01{}, s11{}, s21{}, s31{}, s02{}, s12{}, s22{}, s32{};
   for (int p = 0; p < k; ++p) {
     const v4 b0 = b[0][p], b1 = b[1][p], b2 = b[2][p];
@@ -181,7 +174,7 @@ static inline void tile(const v4 (*a)[SHELL_K], const v4 (*b)[SHELL_K], int k, d
 // Upper triangle of c (n,n), columns ld apart: a' b over k vectors, symmetric. n is a multiple of 3,
 // ld of 4 and at least n; columns of a up to the next multiple of 4 are read. Rows are taken in
 // groups of 16: that much of a stays in the first-level cache.
-static void symmetric_product(const Operands& o, int n, int k, double* c, int ld) {
+void symmetric_product(const Operands& o, int n, int k, double* c, int ld) {
   for (int top = 0; top < n; top += 16)
     for (int j = top - top % 3; j < n; j += 3)
       for (int i = top; i < top + 16 && i < j + 3; i += 4)
@@ -200,8 +193,8 @@ void shell_product(const LaneTables& t, const ShellData& s, const PointFrames& f
 }
 
 // Gradients along x, y, z of N and of zeta N of node k.
-static inline void gradients(const LaneTables& t, const ShellData& s, const v4* R, int v, int k,
-                             v4* g, v4* q) {
+inline void gradients(const LaneTables& t, const ShellData& s, const v4* R, int v, int k, v4* g,
+                      v4* q) {
   const v4 N = at(t.N[k], v), dxi = at(t.dxi[k], v), deta = at(t.deta[k], v), zeta = at(s.zeta, v);
   for (int b = 0; b < 3; ++b) {
     g[b] = R[3 * b] * dxi + R[3 * b + 1] * deta;
@@ -250,7 +243,7 @@ void point_stresses(const LaneTables& t, const ShellData& s, const PointFrames& 
 }
 
 // w times the stress tensor.
-static inline void load_tensor(const PointStresses& S, int v, const v4& w, v4* M) {
+inline void load_tensor(const PointStresses& S, int v, const v4& w, v4* M) {
   for (int r = 0; r < 3; ++r) M[4 * r] = w * at(S.global[r], v);
   M[1] = M[3] = w * at(S.global[3], v);
   M[2] = M[6] = w * at(S.global[4], v);

@@ -1,34 +1,27 @@
 // The shared columns of a bundle of five rows, for whatever instruction set it is compiled.
 // LANES columns are taken at a time, with one partial sum per lane. Most columns come in runs of
 // consecutive numbers: such lanes go to and from x and y as one vector.
-typedef double Lanes __attribute__((vector_size(32)));
-typedef double LanesAnywhere __attribute__((vector_size(32), aligned(8), may_alias));
-static const int LANES = 4;
+constexpr int LANES = 4;
+using Lanes = Vec<LANES>;
 // Doubles between the columns in work and the values asked for ahead of time: five short streams
 // are more than the processor follows by itself.
-static const int AHEAD = 256;
+constexpr int AHEAD = 256;
 
-//   columns  (count)  in      from 1, ascending
-//   v        (5)      in      the five rows' values at the columns
-//   xi       (5)      in      x at the five rows
-//   sums     (5)      out     what the columns add to y at the rows
-//   x, y              in, in/out  from column 1; y is added to at the columns
-static void multiply_bundle(int count, const int* columns, const double* const* v, const double* xi,
-                            double* sums, const double* x, double* y) {
+void bundle(int count, const int* columns, const double* const* v, const double* xi, double* sums,
+            const double* x, double* y) {
   const double *v1 = v[0], *v2 = v[1], *v3 = v[2], *v4 = v[3], *v5 = v[4];
   const double a1 = xi[0], a2 = xi[1], a3 = xi[2], a4 = xi[3], a5 = xi[4];
   Lanes s1 = {}, s2 = {}, s3 = {}, s4 = {}, s5 = {};
   int t = 0;
   for (; t + LANES <= count; t += LANES) {
     const int* c = columns + t;
-    for (int p = 0; p < 3; ++p) __builtin_prefetch(v1 + AHEAD + 5 * t + 8 * p);
+    for (int p = 0; p < 3; ++p) fetch(v1 + AHEAD + 5 * t + 8 * p);
     const bool consecutive = c[3] - c[0] == 3;
     const double* xc = x + c[0] - 1;
-    const Lanes xt = consecutive ? *(const LanesAnywhere*)(xc)
-                                 : Lanes{xc[0], x[c[1] - 1], x[c[2] - 1], x[c[3] - 1]};
-    const Lanes b1 = *(const LanesAnywhere*)(v1 + t), b2 = *(const LanesAnywhere*)(v2 + t),
-                b3 = *(const LanesAnywhere*)(v3 + t), b4 = *(const LanesAnywhere*)(v4 + t),
-                b5 = *(const LanesAnywhere*)(v5 + t);
+    const Lanes xt =
+        consecutive ? load<LANES>(xc) : Lanes{xc[0], x[c[1] - 1], x[c[2] - 1], x[c[3] - 1]};
+    const Lanes b1 = load<LANES>(v1 + t), b2 = load<LANES>(v2 + t), b3 = load<LANES>(v3 + t),
+                b4 = load<LANES>(v4 + t), b5 = load<LANES>(v5 + t);
     s1 += b1 * xt;
     s2 += b2 * xt;
     s3 += b3 * xt;
@@ -36,7 +29,8 @@ static void multiply_bundle(int count, const int* columns, const double* const* 
     s5 += b5 * xt;
     const Lanes add = ((b1 * a1 + b2 * a2) + (b3 * a3 + b4 * a4)) + b5 * a5;
     if (consecutive) {
-      *(LanesAnywhere*)(y + c[0] - 1) += add;
+      double* yc = y + c[0] - 1;
+      store(yc, load<LANES>(yc) + add);
     } else {
       for (int l = 0; l < LANES; ++l) y[c[l] - 1] += add[l];
     }
