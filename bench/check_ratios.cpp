@@ -39,8 +39,8 @@ Steps solver_steps(const Bridge& b) {
   Vector<double> x(p.n);
   t.solve = cpu_seconds_each([&] { solver_solve_real(h, 0, b.F.data(), 1, x.data()); });
   solver_delete(h, 0);
-  const RowBundles rows = find_bundles(p.n, p.ia.data(), p.ja.data());
-  t.product = cpu_seconds_each([&] { sym_matvec(rows, b.K.values.data(), b.F.data(), x.data()); });
+  const RowBundles rows = find_bundles(b.K.pattern);
+  t.product = cpu_seconds_each([&] { sym_matvec(rows, b.K, b.F.data(), x.data()); });
   return t;
 }
 

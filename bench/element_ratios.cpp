@@ -60,10 +60,8 @@ void print_element_ratios(int rounds) {
     assembly.push_back(nshell / cpu_seconds_each([&] { assemble(b); }) / dgemm);
     sections.push_back(
         cpu_seconds_each([&] { section_results(b.model, b.structure, b.F, 1, last); }) / shells);
-    const RowBundles rows =
-        find_bundles(b.pattern().n, b.pattern().ia.data(), b.pattern().ja.data());
-    const double each =
-        cpu_seconds_each([&] { sym_matvec(rows, b.K.values.data(), b.F.data(), y.data()); });
+    const RowBundles rows = find_bundles(b.K.pattern);
+    const double each = cpu_seconds_each([&] { sym_matvec(rows, b.K, b.F.data(), y.data()); });
     const double triad = triad_rate(), n = b.pattern().n, nnz = b.pattern().nnz;
     product.push_back(8e-9 * nnz / each / triad);
     // Values once, the columns of a bundle once, row starts, x in, y in and out.

@@ -84,7 +84,7 @@ int factor(const SymmetricMatrix& C, OwnedSolver& solver) {
 // how). Returns the code of a solve that failed, else 0.
 int iterate(const SymmetricMatrix& K, const SymmetricMatrix& B, SolverHandle* handle,
             const Progress& done, Lanczos& L) {
-  const RowBundles rows = find_bundles(L.n, K.pattern->ia.data(), K.pattern->ja.data());
+  const RowBundles rows = find_bundles(K.pattern);
   Vector<double> work(L.n, "a Lanczos product", UNINITIALIZED);
   for (int ido = 0;;) {
     dsaupd_(&ido, "G", &L.n, L.which, &L.nev, &L.tol, L.resid.data(), &L.ncv, L.v.data(), &L.n,
@@ -93,15 +93,15 @@ int iterate(const SymmetricMatrix& K, const SymmetricMatrix& B, SolverHandle* ha
     double* x = &L.workd(L.ipntr[0]);
     double* y = &L.workd(L.ipntr[1]);
     if (ido == 2) {
-      sym_matvec(rows, K.values.data(), x, y);
+      sym_matvec(rows, K, x, y);
       continue;
     }
     const double* w = work.data();
     if (L.mode == REGULAR_INVERSE) {
-      sym_matvec(rows, B.values.data(), x, work.data());
+      sym_matvec(rows, B, x, work.data());
       std::copy(work.begin(), work.end(), x);  // ARPACK expects B x in the place of x
     } else if (ido == -1) {
-      sym_matvec(rows, K.values.data(), x, work.data());
+      sym_matvec(rows, K, x, work.data());
     } else {
       w = &L.workd(L.ipntr[2]);  // K x stands there already
     }
@@ -131,15 +131,23 @@ int extract(Lanczos& L, double sigma, BucklingModes& modes) {
   return ierr;
 }
 
-// Factors C and iterates; returns the first code that is not 0.
-int factor_and_iterate(const SymmetricMatrix& K, const SymmetricMatrix& B, const SymmetricMatrix& C,
-                       const Progress& done, Lanczos& L) {
-  OwnedSolver solver;
-  int code = factor(C, solver);
-  if (code != 0) return code;
-  done(Step::EIGEN_FACTORIZATION);
-  code = iterate(K, B, solver.handle, done, L);
-  return code == 0 ? solver_delete(solver.handle, 0) : code;
+// Stores what the iteration has found, and tells how it ended.
+void finish(Lanczos& L, double sigma, EigenOutcome& outcome, BucklingModes& modes) {
+  outcome.iterated = true;
+  outcome.dsaupd_info = L.info;
+  if (L.info < 0) return;
+  outcome.dseupd_info = extract(L, sigma, modes);
+  outcome.found = true;
+  outcome.nconv = L.iparam[4];
+  if (L.info == NO_SHIFTS) outcome.solver_code = NO_SHIFTS_CODE;
+}
+
+void check_sizes([[maybe_unused]] const SymmetricMatrix& K,
+                 [[maybe_unused]] const SymmetricMatrix& KG,
+                 [[maybe_unused]] const EigenOptions& options,
+                 [[maybe_unused]] const BucklingModes& modes) {
+  assert(KG.pattern == K.pattern && modes.eigvec.rows() == K.n());
+  assert(modes.eigval.size() == options.nev && modes.eigvec.cols() == options.nev);
 }
 
 }  // namespace
@@ -147,8 +155,7 @@ int factor_and_iterate(const SymmetricMatrix& K, const SymmetricMatrix& B, const
 EigenOutcome buckling_solve(const SymmetricMatrix& K, SymmetricMatrix& KG,
                             const EigenOptions& options, const Progress& done,
                             BucklingModes& modes) {
-  assert(KG.pattern == K.pattern && modes.eigvec.rows() == K.n());
-  assert(modes.eigval.size() == options.nev && modes.eigvec.cols() == options.nev);
+  check_sizes(K, KG, options, modes);
   for (double& value : KG.values) value = -value;
   const SymmetricMatrix& B = KG;
   EigenOutcome outcome;
@@ -160,16 +167,26 @@ EigenOutcome buckling_solve(const SymmetricMatrix& K, SymmetricMatrix& KG,
     outcome.negative_terms = shifted_matrix(K, B, options.sigma, shifted);
     if (outcome.negative_terms > 0) return outcome;
   }
-  outcome.solver_code = factor_and_iterate(K, B, L.mode == BUCKLING_MODE ? shifted : K, done, L);
+  OwnedSolver solver;
+  outcome.solver_code = factor(L.mode == BUCKLING_MODE ? shifted : K, solver);
   if (outcome.solver_code != 0) return outcome;
+  done(Step::EIGEN_FACTORIZATION);
+  outcome.solver_code = iterate(K, B, solver.handle, done, L);
+  if (outcome.solver_code == 0) outcome.solver_code = solver_delete(solver.handle, 0);
+  if (outcome.solver_code == 0) finish(L, options.sigma, outcome, modes);
+  return outcome;
+}
 
-  outcome.iterated = true;
-  outcome.dsaupd_info = L.info;
-  if (L.info < 0) return outcome;
-  outcome.dseupd_info = extract(L, options.sigma, modes);
-  outcome.found = true;
-  outcome.nconv = L.iparam[4];
-  if (L.info == NO_SHIFTS) outcome.solver_code = NO_SHIFTS_CODE;
+EigenOutcome buckling_solve_factored(const SymmetricMatrix& K, SolverHandle* factors,
+                                     SymmetricMatrix& KG, const EigenOptions& options,
+                                     const Progress& done, BucklingModes& modes) {
+  check_sizes(K, KG, options, modes);
+  assert(options.solver_type == 1 && factors != nullptr);
+  for (double& value : KG.values) value = -value;
+  EigenOutcome outcome;
+  Lanczos L(K.n(), options);
+  outcome.solver_code = iterate(K, KG, factors, done, L);
+  if (outcome.solver_code == 0) finish(L, options.sigma, outcome, modes);
   return outcome;
 }
 

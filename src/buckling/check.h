@@ -5,6 +5,8 @@
 
 namespace zelvo {
 
+struct SolverHandle;
+
 // Lanczos vectors of a check.
 constexpr int LANCZOS_VECTORS = 10;
 
@@ -43,5 +45,10 @@ constexpr int ITERATION_LIMIT_REACHED = 1;  // dsaupd_info
 EigenOutcome buckling_solve(const SymmetricMatrix& K, SymmetricMatrix& KG,
                             const EigenOptions& options, const Progress& done,
                             BucklingModes& modes);
+
+// The same by kind 1 where the solver holds the factors of K already.
+EigenOutcome buckling_solve_factored(const SymmetricMatrix& K, SolverHandle* factors,
+                                     SymmetricMatrix& KG, const EigenOptions& options,
+                                     const Progress& done, BucklingModes& modes);
 
 }  // namespace zelvo

@@ -19,8 +19,8 @@ PairQuality measure_pair(const RowBundles& rows, const SymmetricMatrix& K, const
   const auto rigid = [&](int i) { return K.diagonal(i) >= RIGID; };
   Vector<double> u(n), Ku(n), Bu(n);
   for (int i = 1; i <= n; ++i) u(i) = rigid(i) ? 0.0 : x[i - 1];
-  sym_matvec(rows, K.values.data(), u.data(), Ku.data());
-  sym_matvec(rows, B.values.data(), u.data(), Bu.data());
+  sym_matvec(rows, K, u.data(), Ku.data());
+  sym_matvec(rows, B, u.data(), Bu.data());
   double kk = 0, bb = 0, rr = 0, k2 = 0;
   for (int i = 1; i <= n; ++i) {
     kk += u(i) * Ku(i);
@@ -39,7 +39,7 @@ PairQuality measure_pair(const RowBundles& rows, const SymmetricMatrix& K, const
 Vector<PairQuality> measure_pairs(const SymmetricMatrix& K, const SymmetricMatrix& B,
                                   const BucklingModes& modes) {
   assert(B.pattern == K.pattern && modes.eigvec.rows() == K.n());
-  const RowBundles rows = find_bundles(K.n(), K.pattern->ia.data(), K.pattern->ja.data());
+  const RowBundles rows = find_bundles(K.pattern);
   Vector<PairQuality> quality(modes.eigval.size());
   for (int m = 1; m <= modes.eigval.size(); ++m)
     quality(m) = measure_pair(rows, K, B, modes.eigval(m), modes.eigvec.column(m));

@@ -1,6 +1,7 @@
 #include "matrix/product.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "matrix/product_kernels.h"
 
@@ -52,13 +53,16 @@ bool continues(const int* ia, const int* ja, int i) {
 
 }  // namespace
 
-void sym_matvec(int n, const double* values, const int* ia, const int* ja, const double* x,
-                double* y) {
-  std::fill(y, y + n, 0.0);
-  for (int i = 1; i <= n; ++i) add_row(i, values, ia, ja, x, y);
+void sym_matvec(const SymmetricMatrix& A, const double* x, double* y) {
+  const MatrixPattern& p = *A.pattern;
+  assert(A.values.size() == p.nnz);
+  std::fill(y, y + p.n, 0.0);
+  for (int i = 1; i <= p.n; ++i) add_row(i, A.values.data(), p.ia.data(), p.ja.data(), x, y);
 }
 
-RowBundles find_bundles(int n, const int* ia, const int* ja) {
+RowBundles find_bundles(std::shared_ptr<const MatrixPattern> pattern) {
+  const int n = pattern->n;
+  const int *ia = pattern->ia.data(), *ja = pattern->ja.data();
   Vector<int> first(n / BUNDLE, "the row bundles");
   int found = 0;
   std::int64_t entries = 0;  // columns of all bundles
@@ -71,7 +75,7 @@ RowBundles find_bundles(int n, const int* ia, const int* ja) {
     }
     i = r + 1;
   }
-  RowBundles rows{n, ia, ja, Vector<int>(found, "the row bundles", UNINITIALIZED),
+  RowBundles rows{std::move(pattern), Vector<int>(found, "the row bundles", UNINITIALIZED),
                   Vector<int>(entries, "the columns of the row bundles", UNINITIALIZED)};
   std::copy(first.begin(), first.begin() + found, rows.first.begin());
   int* columns = rows.columns.data();
@@ -80,18 +84,22 @@ RowBundles find_bundles(int n, const int* ia, const int* ja) {
   return rows;
 }
 
-void sym_matvec(const RowBundles& rows, const double* values, const double* x, double* y) {
+void sym_matvec(const RowBundles& rows, const SymmetricMatrix& A, const double* x, double* y) {
+  assert(A.pattern == rows.pattern && A.values.size() == rows.pattern->nnz);
   const ProductKernels& kernels = product_kernels();
-  std::fill(y, y + rows.n, 0.0);
+  const int n = rows.pattern->n;
+  const int *ia = rows.pattern->ia.data(), *ja = rows.pattern->ja.data();
+  const double* values = A.values.data();
+  std::fill(y, y + n, 0.0);
   const int* columns = rows.columns.data();
   int i = 1;
   for (const int first : rows.first) {
-    for (; i < first; ++i) add_row(i, values, rows.ia, rows.ja, x, y);
-    add_bundle(kernels, first, rows.ia, columns, values, x, y);
-    columns += rows.ia[first] - rows.ia[first - 1] - BUNDLE;
+    for (; i < first; ++i) add_row(i, values, ia, ja, x, y);
+    add_bundle(kernels, first, ia, columns, values, x, y);
+    columns += ia[first] - ia[first - 1] - BUNDLE;
     i = first + BUNDLE;
   }
-  for (; i <= rows.n; ++i) add_row(i, values, rows.ia, rows.ja, x, y);
+  for (; i <= n; ++i) add_row(i, values, ia, ja, x, y);
 }
 
 }  // namespace zelvo

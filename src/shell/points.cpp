@@ -2,6 +2,8 @@
 
 namespace zelvo {
 
+namespace {
+
 // Thickness points. The two-point Gauss rule about the middle surface; a deck stands with its whole
 // thickness on the director side of its nodes, so there the same rule is moved up by 1.
 constexpr double ZETA = 0.5773502691896258;  // 1/sqrt(3)
@@ -16,9 +18,9 @@ struct alignas(32) ZetaLanes {
 };
 
 // The lanes beyond the last point repeat it.
-static constexpr int surface_point(int lane) { return lane < SHELL_POINTS ? lane % 9 + 1 : 9; }
+constexpr int surface_point(int lane) { return lane < SHELL_POINTS ? lane % 9 + 1 : 9; }
 
-static constexpr LaneTables make_lane_tables() {
+constexpr LaneTables make_lane_tables() {
   LaneTables t{};
   for (int l = 0; l < SHELL_LANES; ++l) {
     const int g = surface_point(l);
@@ -32,15 +34,17 @@ static constexpr LaneTables make_lane_tables() {
   return t;
 }
 
-static constexpr ZetaLanes make_zeta_lanes(const double (&zeta)[2]) {
+constexpr ZetaLanes make_zeta_lanes(const double (&zeta)[2]) {
   ZetaLanes lanes{};
   for (int l = 0; l < SHELL_LANES; ++l) lanes.z[l] = zeta[l < 9 ? 0 : 1];
   return lanes;
 }
 
-static constexpr LaneTables LANES = make_lane_tables();
-static constexpr ZetaLanes PLATE_LANES = make_zeta_lanes(PLATE_ZETA);
-static constexpr ZetaLanes DECK_LANES = make_zeta_lanes(DECK_ZETA);
+constexpr LaneTables LANES = make_lane_tables();
+constexpr ZetaLanes PLATE_LANES = make_zeta_lanes(PLATE_ZETA);
+constexpr ZetaLanes DECK_LANES = make_zeta_lanes(DECK_ZETA);
+
+}  // namespace
 
 const LaneTables& lane_tables() { return LANES; }
 
@@ -58,19 +62,21 @@ ShellData shell_data(const ShellWork& w) {
           0.5 * w.young / (1 + w.poisson)};
 }
 
+namespace {
+
 // Lane l of a table of 3 x 3 matrices held by rows.
-static void load(const double (&lanes)[9][SHELL_LANES], int l, Matrix3& m) {
+void load(const double (&lanes)[9][SHELL_LANES], int l, Matrix3& m) {
   for (int i = 1; i <= 3; ++i)
     for (int j = 1; j <= 3; ++j) m(i, j) = lanes[3 * (i - 1) + j - 1][l];
 }
-static void store(const Matrix3& m, int l, double (&lanes)[9][SHELL_LANES]) {
+void store(const Matrix3& m, int l, double (&lanes)[9][SHELL_LANES]) {
   for (int i = 1; i <= 3; ++i)
     for (int j = 1; j <= 3; ++j) lanes[3 * (i - 1) + j - 1][l] = m(i, j);
 }
 
-static void point_frames(const ShellData& s, PointFrames& f) {
-  shell_kernels().point_frames(LANES, s, f);
-}
+void point_frames(const ShellData& s, PointFrames& f) { shell_kernels().point_frames(LANES, s, f); }
+
+}  // namespace
 
 void map_points(const ShellData& s, Matrix3& ainv, PointFrames& f) {
   point_frames(s, f);

@@ -45,9 +45,8 @@ TEST(BarAssembly, OfTwoCurvedGirdersIsFreeUnderRigidMotion) {
   assemble_studs(bridge, 1, K);
   EXPECT_EQ(K.own_value(50, 2, 2), STUD_UPLIFT_K);
   const auto largest_force = [&](const SymmetricMatrix& A, int t) {
-    const MatrixPattern& p = *A.pattern;
-    Vector<double> f(p.n);
-    sym_matvec(p.n, A.values.data(), p.ia.data(), p.ja.data(), motion(nodes, t).data(), f.data());
+    Vector<double> f(A.n());
+    sym_matvec(A, motion(nodes, t).data(), f.data());
     return std::abs(*std::ranges::max_element(f, {}, [](double x) { return std::abs(x); }));
   };
   const int a = bridge.elements.latconn(1, 1), b = bridge.elements.latconn(2, 1);

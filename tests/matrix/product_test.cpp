@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -30,9 +31,15 @@ static void expect_products_right(const std::vector<std::vector<int>>& higher, i
       if (c != r) expected(c) += v * x(r);
     }
   }
-  sym_matvec(n, values.data(), ia.data(), ja.data(), x.data(), y.data());
-  const RowBundles rows = find_bundles(n, ia.data(), ja.data());
-  sym_matvec(rows, values.data(), x.data(), z.data());
+  const int nnz = static_cast<int>(ja.size());
+  MatrixPattern pattern{n, nnz, Vector<int>(n + 1), Vector<int>(nnz)};
+  std::copy(ia.begin(), ia.end(), pattern.ia.begin());
+  std::copy(ja.begin(), ja.end(), pattern.ja.begin());
+  SymmetricMatrix A = zero_matrix(std::make_shared<const MatrixPattern>(pattern), "a test");
+  std::copy_n(values.begin(), nnz, A.values.begin());
+  sym_matvec(A, x.data(), y.data());
+  const RowBundles rows = find_bundles(A.pattern);
+  sym_matvec(rows, A, x.data(), z.data());
   EXPECT_EQ(rows.first.size(), bundles);
   for (int i = 1; i <= n; ++i) {
     EXPECT_NEAR(y(i), expected(i), 1e-13);
