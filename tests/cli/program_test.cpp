@@ -118,3 +118,13 @@ TEST(Program, RunsWhateverIsLegal) {
     EXPECT_NE(run.err.find(c.err), std::string::npos) << run.err;
   }
 }
+
+TEST(ShowResults, TellsOfValuesTooWideForTheirField) {
+  ProgramRun run;
+  run.write_input(plain_girder("48").set("pour_seq", "1\n1\n48\n1 1 1e8\n0").text());
+  run.start(StandardInput::END_OF_FILE);
+  const std::string shown = run.path("shown");
+  const std::string command = ZELVO_SOURCE_DIR "/scripts/show-results " + run.dir + " > " + shown;
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  EXPECT_NE(content_of(shown).find("| 0 ft: overflow   | 4 ft: overflow\n"), std::string::npos);
+}
