@@ -8,13 +8,18 @@
 
 using namespace zelvo;
 
-static std::string notes_on(const InputText& input) {
+namespace {
+
+std::string notes_on(const std::string& text) {
   Input in;
-  EXPECT_EQ(read_input(input.text(), in), ReadOutcome::COMPLETE);
+  EXPECT_EQ(read_input(text, in), ReadOutcome::COMPLETE);
   check_input(in);
   if (in.notes.faults.empty()) doubt_input(in);
   return note_lines(in.notes);
 }
+std::string notes_on(const InputText& input) { return notes_on(input.text()); }
+
+}  // namespace
 
 TEST(InputCheck, FindsNothingInSoundInput) {
   EXPECT_EQ(notes_on(one_girder_input()), "");
@@ -39,8 +44,12 @@ TEST(InputCheck, ReportsAllFaultsByLineAndNoneTwice) {
             "zvinp.txt:2: ngird: no model has so many girders (4), must be 1 or 2\n"
             "zvinp.txt:9: webthick row 1: thickness cannot be converted (x), must be a real\n"
             "zvinp.txt:10: webthick row 2: thickness is not positive (-1), must be above 0\n"
-            "zvinp.txt:19: support row 1: position is outside the girder (984), must be 0 to 240\n"
+            "zvinp.txt:19: support row 1: position is outside the girder (999, cut to 984), must "
+            "be 0 to 240\n"
             "zvinp.txt:44: studs: the keyword is missing, must be given\n");
+  EXPECT_EQ(notes_on("ngird\n1\nwebthick\n3\n96 x\n"),
+            "zvinp.txt:5: webthick row 1: thickness cannot be converted (x), must be a real\n"
+            "zvinp.txt:5: webthick row 2: the file ends in the place of the length\n");
 }
 
 TEST(InputCheck, DoubtsWhatIsLegalButHardlyMeant) {
