@@ -20,17 +20,16 @@ int row_line(const Input& in, Keyword k, int row) {
   return in.block[k].rows[static_cast<std::size_t>(row - 1)].line;
 }
 
-// The weight of the plates is walked row by row, with half a row of the first and of the last
-// segment at the ends of the girder, whatever their length.
+// The weight of the plates is lumped row by row; half a row of the first segment is taken back at
+// its end of the girder and half a row of the last one is added at the other, whatever their length.
 void doubt_plates(Input& in, Keyword k, const PlateSegments& plates) {
-  for (int i = 1; i <= plates.n; ++i)
-    if (plates.len(i) == 0)
-      doubt(
-          in, k, i, row_line(in, k, i),
-          i == 1 || i == plates.n
-              ? "shorter than 24 inches: no plate has this thickness, only the self-weight at the "
-                "end of the girder takes half a row of it"
-              : "shorter than 24 inches: the segment has no effect");
+  for (int i = 1; i <= plates.n; ++i) {
+    if (plates.len(i) != 0) continue;
+    const char* effect = "the segment has no effect";
+    if (i == 1) effect = "the segment only takes half a row of its weight off the first end";
+    if (i == plates.n) effect = "the segment only adds half a row of its weight at the last end";
+    doubt(in, k, i, row_line(in, k, i), std::string("shorter than 24 inches: ") + effect);
+  }
 }
 
 // A station between two segments belongs to the later one, so that a segment without a length keeps
@@ -100,7 +99,8 @@ void doubt_section(Input& in) {
   const double flanges =
       s.top_spacing / 2 + s.flange_width / 2;  // centre of a girder to its outer flange edge
   const int line = in.block[SECDIM].line;
-  if (s.deck_width / 2 <= (m.ngird == 2 ? m.offset + flanges : flanges))
+  const double reach = (m.ngird == 2 ? m.offset : 0) + s.top_spacing / 2 + s.flange_width / 2;
+  if (s.deck_width / 2 <= reach)
     doubt(in, SECDIM, 0, line,
           "the deck is not wider than the top flanges (" + number(s.deck_width) +
               "): the elements of its overhang fold, and the results mean nothing");

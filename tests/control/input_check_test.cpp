@@ -70,7 +70,7 @@ TEST(InputCheck, DoubtsWhatIsLegalButHardlyMeant) {
       {1, "internal_brace", "-2", "internal_brace: the number of rows is negative (-2): none is"},
       {1, "internal brace", "1\n72 1 4", "(internal brace), perhaps the keyword internal_brace is"},
       {1, "laterals", "1\n1 0 72 4", "is skipped with 2 lines of numbers behind it (laterals)\n"},
-      {1, "webthick", "2\n240 1\n0 0", "row 2: shorter than 24 inches: no plate has this thick"},
+      {1, "webthick", "2\n240 1\n0 0", "row 2: shorter than 24 inches: the segment only adds half"},
       {1, "botfthick", "3\n120 1\n12 1\n120 1",
        "row 2: shorter than 24 inches: the segment has no"},
       {1, "studs", "2\n240 12 3\n0 12 9", "row 2: shorter than 24 inches: the segment sets the"},
