@@ -51,7 +51,7 @@ SIMD_INLINE Vec<W> load(const double* p) {
   return v;
 }
 template <class V>
-SIMD_INLINE void store(double* p, const V& v) {
+SIMD_INLINE void store(double* p, V v) {  // by value: a reference keeps v in memory
   __builtin_memcpy(p, &v, sizeof v);
 }
 

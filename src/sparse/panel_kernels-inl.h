@@ -11,26 +11,27 @@ SIMD_INLINE void store_first(double* p, Reg v, int n) {
   }
 }
 
-// Columns of L are products with the reciprocals of the pivots, but for pivots of D so small that
-// these overflow: 1/d is infinite below 5.6e-309. Pivots of Cholesky are roots and never get there.
-SIMD_INLINE bool overflows(double inverse) { return inverse - inverse != 0.0; }
-
 // Factors a tile of NC <= W columns whose diagonal lies in its first NC rows; x[column][row] holds W
-// rows. False at a bad pivot.
+// rows. Columns of L are products with the reciprocals of the pivots, but where that of a pivot of D
+// below 5.6e-309 overflows; small then becomes true. (Pivots of Cholesky are roots and never get
+// there.) False at a bad pivot.
 template <int NC>
-bool factor_tile(double (&x)[NC][W], double* pivot, double* inverse, bool ldl) {
+bool factor_tile(double (&x)[NC][W], double* pivot, double* inverse, bool ldl, bool& small) {
   for (int q = 0; q < NC; ++q) {
     const double d = x[q][q];
     if (ldl ? d == 0.0 : !(d > 0.0)) return false;
     pivot[q] = ldl ? d : root(d);
     inverse[q] = 1.0 / pivot[q];
     x[q][q] = pivot[q];
-    const bool divide = overflows(inverse[q]);
     double column[W];  // L for Cholesky, L D for ldl
     for (int i = q + 1; i < W; ++i) {
-      const double ld = x[q][i];
-      x[q][i] = divide ? ld / pivot[q] : ld * inverse[q];
-      column[i] = ldl ? ld : x[q][i];
+      column[i] = x[q][i];
+      x[q][i] *= inverse[q];
+      if (!ldl) column[i] = x[q][i];
+    }
+    if (inverse[q] - inverse[q] != 0.0) [[unlikely]] {  // infinite
+      small = true;
+      for (int i = q + 1; i < W; ++i) x[q][i] = column[i] / pivot[q];
     }
     for (int j = q + 1; j < NC; ++j)
       for (int i = j; i < W; ++i) x[j][i] -= x[q][i] * column[j];
@@ -54,6 +55,7 @@ struct PanelWork {
   double* inverse;
   double* rows;
   bool ldl;
+  bool small = false;  // a pivot so far is too small for its reciprocal
 };
 
 // Rows j.. of the diagonal block, which lie in the rows in work from lane on, to their tile.
@@ -67,11 +69,11 @@ void pack_block(int j, int lane, const PanelWork& w) {
 
 // Factors the tile at column j whose W rows (the first NC hold the diagonal) are x, and packs it.
 template <int NC>
-bool factor_diagonal(Reg (&x)[NC], int j, const PanelWork& w) {
+bool factor_diagonal(Reg (&x)[NC], int j, PanelWork& w) {
   double* block = w.block + packed_tile(j / W) + j * W;
   double t[NC][W];
   for (int q = 0; q < NC; ++q) store(t[q], x[q]);
-  if (!factor_tile<NC>(t, w.pivot + j, w.inverse + j, w.ldl)) return false;
+  if (!factor_tile<NC>(t, w.pivot + j, w.inverse + j, w.ldl, w.small)) return false;
   for (int q = 0; q < NC; ++q) {
     x[q] = load<W>(t[q]);
     store(block + q * W, w.ldl ? x[q] * splat<W>(w.pivot[j + q]) : x[q]);
@@ -79,10 +81,24 @@ bool factor_diagonal(Reg (&x)[NC], int j, const PanelWork& w) {
   return true;
 }
 
+// Solves the registers of acc below the diagonal one with the tile u: u[p * W + q] is its row q, column
+// p. by holds the pivots to divide by, or their reciprocals.
+template <bool DIVIDE, int NV, int NC>
+SIMD_INLINE void solve_below(Reg (&acc)[NV][NC], int diagonal, const double* u, const double* by) {
+  for (int q = 0; q < NC; ++q) {
+    const Reg factor = splat<W>(by[q]);
+    for (int v = 0; v < NV; ++v) {
+      Reg y = acc[v][q];
+      for (int p = 0; p < q; ++p) y -= acc[v][p] * splat<W>(u[p * W + q]);
+      if (v > diagonal) acc[v][q] = DIVIDE ? y / factor : y * factor;
+    }
+  }
+}
+
 // Columns j to j+NC-1 of the n rows of the panel from row i on, at x: subtracts what the columns
 // before contribute, then factors the diagonal tile (where it lies in these rows) and solves below.
 template <int NV, int NC>
-bool panel_tile(double* x, Index ld, int i, int j, int n, const PanelWork& w) {
+bool panel_tile(double* x, Index ld, int i, int j, int n, PanelWork& w) {
   if (j >= i) pack_block(j, j - i, w);
   const double* block = w.block + packed_tile(j / W);
   Reg acc[NV][NC];
@@ -92,15 +108,11 @@ bool panel_tile(double* x, Index ld, int i, int j, int n, const PanelWork& w) {
   const int diagonal = j >= i ? (j - i) / W : -1;
   for (int v = 0; v < NV; ++v)
     if (v == diagonal && !factor_diagonal<NC>(acc[v], j, w)) return false;
-  const double* u = block + j * W;  // u[p * W + q]: row q, column p of the diagonal tile
-  for (int q = 0; q < NC; ++q) {
-    const Reg pivot = splat<W>(w.pivot[j + q]), inverse = splat<W>(w.inverse[j + q]);
-    const bool divide = overflows(w.inverse[j + q]);
-    for (int v = 0; v < NV; ++v) {
-      Reg y = acc[v][q];
-      for (int p = 0; p < q; ++p) y -= acc[v][p] * splat<W>(u[p * W + q]);
-      if (v > diagonal) acc[v][q] = divide ? y / pivot : y * inverse;
-    }
+  const double* u = block + j * W;  // the diagonal tile
+  if (w.small) [[unlikely]] {
+    solve_below<true>(acc, diagonal, u, w.pivot + j);
+  } else {
+    solve_below<false>(acc, diagonal, u, w.inverse + j);
   }
   const int whole = n / W, rest = n % W;
   for (int q = 0; q < NC; ++q)
@@ -115,7 +127,7 @@ bool panel_tile(double* x, Index ld, int i, int j, int n, const PanelWork& w) {
 }
 
 template <int NV, int NC>
-bool last_panel_tile(double* x, Index ld, int i, int j, int n, int columns, const PanelWork& w) {
+bool last_panel_tile(double* x, Index ld, int i, int j, int n, int columns, PanelWork& w) {
   if constexpr (NC > 0) {
     if (columns == NC) return panel_tile<NV, NC>(x, ld, i, j, n, w);
     return last_panel_tile<NV, NC - 1>(x, ld, i, j, n, columns, w);
@@ -125,7 +137,7 @@ bool last_panel_tile(double* x, Index ld, int i, int j, int n, int columns, cons
 
 // n rows of the panel from row i on: the first m columns.
 template <int NV>
-bool panel_rows(double* panel, Index ld, int i, int n, int m, const PanelWork& w) {
+bool panel_rows(double* panel, Index ld, int i, int n, int m, PanelWork& w) {
   int j = 0;
   for (; j + W <= m; j += W)
     if (!panel_tile<NV, W>(panel + i + j * ld, ld, i, j, n, w)) return false;
@@ -133,8 +145,7 @@ bool panel_rows(double* panel, Index ld, int i, int n, int m, const PanelWork& w
 }
 
 template <int NV>
-bool panel_rows_of_height(int nv, double* panel, Index ld, int i, int n, int m,
-                          const PanelWork& w) {
+bool panel_rows_of_height(int nv, double* panel, Index ld, int i, int n, int m, PanelWork& w) {
   if constexpr (NV > 0) {
     if (nv == NV) return panel_rows<NV>(panel, ld, i, n, m, w);
     return panel_rows_of_height<NV - 1>(nv, panel, ld, i, n, m, w);
@@ -146,7 +157,7 @@ int factor_panel(double* panel, Index ld, int r, int c, bool ldl, double* packed
   assert(c <= r && r <= ld);
   const int whole = (c + W - 1) / W;  // tiles
   double* pivot = packed + packed_tile(whole);
-  const PanelWork w{packed, pivot, pivot + whole * W, pivot + 2 * whole * W, ldl};
+  PanelWork w{packed, pivot, pivot + whole * W, pivot + 2 * whole * W, ldl};
   for (int i = 0; i < r; i += P) {
     const int n = r - i < P ? r - i : P;
     const int m = c < i + n ? c : i + n;
