@@ -42,6 +42,39 @@ void brace_stiffness(const BracePattern& brace, const BraceCorners& c12, const B
     for (int i = 1; i <= 12; ++i) k12(i, j) = kb(MID + i, MID + j);
 }
 
+// Blocks at M of the uncondensed brace.
+void brace_parts(const BracePattern& brace, const BraceCorners& c12, const BarProperty& prop,
+                 Matrix3& kii, FixedMatrix<double, 3, 12>& kib) {
+  PatchMatrix kb;
+  patch_stiffness(brace, c12, prop, kb);
+  for (int i = 1; i <= MID; ++i) {
+    for (int j = 1; j <= MID; ++j) kii(i, j) = kb(i, j);
+    for (int j = 1; j <= 12; ++j) kib(i, j) = kb(i, MID + j);
+  }
+}
+
+// u_M = -kii^-1 kib u12.
+Vec3 mid_displacement(const BracePattern& brace, const BraceCorners& c12, const BraceCorners& u12,
+                      const BarProperty& prop) {
+  Matrix3 kii, inverse;
+  FixedMatrix<double, 3, 12> kib;
+  brace_parts(brace, c12, prop, kii, kib);
+  inverse3(kii, inverse);
+  Vec3 mid = multiply(inverse, multiply(kib, u12));
+  for (double& u : mid.v) u = -u;
+  return mid;
+}
+
+// Sum of the vertical displacements of the mid nodes of all frames of a kind.
+double sum_of_mids(const BracePattern& brace, const Nodes& nodes, const Matrix<int>& conn,
+                   const Vector<BarProperty>& prop, const Vector<double>& U) {
+  double sum = 0;
+  for (int e = 1; e <= conn.cols(); ++e)
+    sum += mid_displacement(brace, gather_points<4>(nodes, conn, e),
+                            gather_displacements<4, 3>(U, conn, e), prop(e))(2);
+  return sum;
+}
+
 void assemble_braces(const BracePattern& brace, const Nodes& nodes, const Matrix<int>& conn,
                      const Vector<BarProperty>& prop, SymmetricMatrix& K) {
   assert(conn.cols() == prop.size());
@@ -72,25 +105,22 @@ void ebrace_stiffness(BraceMatrix& k12, const BraceCorners& c12, const BarProper
 
 void ebrace_parts(Matrix3& kii, FixedMatrix<double, 3, 12>& kib, const BraceCorners& c12,
                   const BarProperty& prop) {
-  PatchMatrix kb;
-  patch_stiffness(EXTERNAL_FRAME, c12, prop, kb);
-  for (int i = 1; i <= MID; ++i) {
-    for (int j = 1; j <= MID; ++j) kii(i, j) = kb(i, j);
-    for (int j = 1; j <= 12; ++j) kib(i, j) = kb(i, MID + j);
-  }
+  brace_parts(EXTERNAL_FRAME, c12, prop, kii, kib);
 }
 
 PatchVector ebrace_displacements(const BraceCorners& c12, const BraceCorners& u12,
                                  const BarProperty& prop) {
-  Matrix3 kii, inverse;
-  FixedMatrix<double, 3, 12> kib;
-  ebrace_parts(kii, kib, c12, prop);
-  inverse3(kii, inverse);
-  const Vec3 mid = multiply(inverse, multiply(kib, u12));
+  const Vec3 mid = mid_displacement(EXTERNAL_FRAME, c12, u12, prop);
   PatchVector u15;
-  for (int i = 1; i <= MID; ++i) u15(i) = -mid(i);
+  for (int i = 1; i <= MID; ++i) u15(i) = mid(i);
   for (int i = 1; i <= 12; ++i) u15(MID + i) = u12(i);
   return u15;
+}
+
+double grounded_force(const Structure& structure, const Vector<double>& U) {
+  const auto& [section, nodes, elements, properties] = structure;
+  return -BRACE_EPS * (sum_of_mids(INTERNAL_FRAME, nodes, elements.ibconn, properties.ibprop, U) +
+                       sum_of_mids(EXTERNAL_FRAME, nodes, elements.ebconn, properties.ebprop, U));
 }
 
 void inverse3(const Matrix3& a, Matrix3& ai) {

@@ -57,6 +57,10 @@ void ebrace_parts(Matrix3& kii, FixedMatrix<double, 3, 12>& kib, const BraceCorn
 PatchVector ebrace_displacements(const BraceCorners& c12, const BraceCorners& u12,
                                  const BarProperty& prop);
 
+// Force that all frames pass to the ground through the spring BRACE_EPS of their mid nodes under the
+// displacements U, along y, kips: what the reactions lack to the load.
+double grounded_force(const Structure& structure, const Vector<double>& U);
+
 // ai = a^-1 by cofactors; zero when the determinant is exactly zero.
 void inverse3(const Matrix3& a, Matrix3& ai);
 

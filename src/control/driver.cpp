@@ -12,6 +12,7 @@
 #include "base/platform.h"
 #include "control/console_lines.h"
 #include "control/input_check.h"
+#include "control/input_doubts.h"
 #include "results/result_files.h"
 
 namespace zelvo {

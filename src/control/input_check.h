@@ -1,7 +1,6 @@
 // Checks of a model that has been read: what cannot be analysed.
 #pragma once
 #include "control/input.h"
-#include "control/input_doubts.h"
 
 namespace zelvo {
 

@@ -14,6 +14,7 @@ enum class Step {
   SUPPORTS,
   STUDS,
   SUPPORT_CONDITIONS,
+  LOADS,
   SOLVER_CREATION,  // the six calls of the sparse solver
   SOLVER_DEFINITION,
   SOLVER_REORDERING,

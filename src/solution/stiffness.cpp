@@ -10,8 +10,8 @@
 
 namespace zelvo {
 
-void assemble_stiffness(const Model& model, const Structure& structure, int k, LastInverse& last,
-                        const Progress& done, SymmetricMatrix& K) {
+double assemble_stiffness(const Model& model, const Structure& structure, int k, LastInverse& last,
+                          const Progress& done, SymmetricMatrix& K) {
   assert(1 <= k && k <= model.nanal);
   const Elements& el = structure.elements;
   K.values.clear();
@@ -37,8 +37,9 @@ void assemble_stiffness(const Model& model, const Structure& structure, int k, L
   done(Step::SUPPORTS);
   assemble_studs(structure, k, K);
   done(Step::STUDS);
-  apply_supports(model, structure, K);
+  const double penalty = apply_supports(model, structure, K);
   done(Step::SUPPORT_CONDITIONS);
+  return penalty;
 }
 
 bool stiffness_holds(const Model& model, int k) {

@@ -21,15 +21,16 @@ void hold_radius(SymmetricMatrix& K, int node, double t, double penalty) {
   K.own_value(node, 3, 3) += penalty * s * s;
 }
 
-}  // namespace
-
+// The penalty of the rollers for a stiffness as assembled.
 double roller_penalty(const SymmetricMatrix& K) {
   double largest = 0;  // off-diagonals count as they stand, negative ones never
   for (const double value : K.values) largest = std::max(largest, value);
   return ROLLER_SCALE * largest;
 }
 
-void apply_supports(const Model& model, const Structure& structure, SymmetricMatrix& K) {
+}  // namespace
+
+double apply_supports(const Model& model, const Structure& structure, SymmetricMatrix& K) {
   assert(K.n() == NDOF * structure.nodes.nnode);
   const double penalty = roller_penalty(K);
   const Elements& elements = structure.elements;
@@ -48,6 +49,7 @@ void apply_supports(const Model& model, const Structure& structure, SymmetricMat
       hold_radius(K, n, model.supp_pos(1 + (i - 1) / nline) / model.rcurv, penalty);
     }
   }
+  return penalty;
 }
 
 }  // namespace zelvo

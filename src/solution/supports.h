@@ -14,9 +14,8 @@ constexpr double BIG = 1.0e20;
 // in x, in a curved one the centre node along the radius.
 //
 //   K  in/out  assembled stiffness
-void apply_supports(const Model& model, const Structure& structure, SymmetricMatrix& K);
-
-// The penalty of the rollers for a stiffness as assembled: 1000 times its largest stored value.
-double roller_penalty(const SymmetricMatrix& K);
+//
+// Returns the penalty of the rollers, kip/in.
+double apply_supports(const Model& model, const Structure& structure, SymmetricMatrix& K);
 
 }  // namespace zelvo

@@ -1,4 +1,5 @@
 #include "control/input_check.h"
+#include "control/input_doubts.h"
 
 #include <gtest/gtest.h>
 
