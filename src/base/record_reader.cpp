@@ -122,6 +122,7 @@ Token next_token(Cursor& c, bool text_wanted) {
 void throw_rest_away(Cursor& c) {
   RecordReader& r = c.reader;
   const std::size_t end = r.text.find('\n', c.pos);
+  r.rest = c.pos;
   r.next = end == std::string::npos ? r.text.size() : end + 1;
   r.line = c.line + 1;
 }
@@ -185,6 +186,14 @@ ReadStatus read_record(RecordReader& reader, std::initializer_list<Target> targe
   }
   throw_rest_away(c);
   return status;
+}
+
+std::string_view thrown_away_word(const RecordReader& reader) {
+  std::string_view rest = std::string_view(reader.text).substr(reader.rest);
+  rest = rest.substr(0, reader.next - reader.rest);
+  while (!rest.empty() && is_separator(rest.front())) rest.remove_prefix(1);
+  const auto end = std::find_if(rest.begin(), rest.end(), is_separator);
+  return rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
 }
 
 void go_back_to(RecordReader& reader, const ValueFault& fault) {

@@ -38,6 +38,7 @@ struct RecordReader {
   std::size_t next = 0;          // first character of the next unread line
   int line = 1;                  // its number, from 1; at the end of the file that of the last line
   int record_line = 0;           // line of the first value of the last read
+  std::size_t rest = 0;          // first character of what the last read threw away
   int open_quote = 0;            // line of a quote that the end of the file leaves open, or 0
   std::vector<int> long_quotes;  // lines of quoted values that go on over the end of their line
 };
@@ -51,6 +52,9 @@ enum class ReadStatus { DONE, FAULT, END_OF_FILE };
 // from the line of the fault alone, so that a broken row never uses up the rows behind it.
 ReadStatus read_record(RecordReader& reader, std::initializer_list<Target> targets,
                        std::vector<ValueFault>& faults);
+
+// The next word of what the last read threw away, up to a separator; empty if there is none.
+std::string_view thrown_away_word(const RecordReader& reader);
 
 // Makes the line of a faulty value the next one to be read.
 void go_back_to(RecordReader& reader, const ValueFault& fault);

@@ -23,6 +23,14 @@ void put_field(std::string& out, std::string_view text, int width) {
   out.append(text);
 }
 
+// The word for a value without digits, as long as width allows; empty for a finite value.
+std::string_view word_of(double value, int width) {
+  if (std::isnan(value)) return "NaN";
+  if (!std::isinf(value)) return {};
+  const std::string_view full = value > 0 ? "Infinity" : "-Infinity";
+  return static_cast<int>(full.size()) <= width ? full : value > 0 ? "Inf" : "-Inf";
+}
+
 [[noreturn]] void fail(const std::string& name) { throw FileFailure{name, std::strerror(errno)}; }
 
 }  // namespace
@@ -36,12 +44,8 @@ void put_int(std::string& out, std::int64_t value, int width) {
 }
 
 void put_real(std::string& out, double value, int width, int decimals) {
-  if (std::isnan(value)) return put_field(out, "NaN", width);
-  if (std::isinf(value)) {
-    const char* full = value > 0 ? "Infinity" : "-Infinity";
-    const bool fits = static_cast<int>(std::strlen(full)) <= width;
-    return put_field(out, fits ? full : (value > 0 ? "Inf" : "-Inf"), width);
-  }
+  const std::string_view word = word_of(value, width);
+  if (!word.empty()) return put_field(out, word, width);
   char digits[64];
   const auto [end, error] =
       std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, decimals);
@@ -68,10 +72,12 @@ void free_line(std::string& out, std::string_view text, std::int64_t value) {
 }
 
 void free_line(std::string& out, std::string_view text, double value) {
+  constexpr int width = 26;
   char digits[40];
   const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  const std::string_view word = word_of(value, width);
   out.append(" ").append(text);
-  put_field(out, {digits, static_cast<std::size_t>(end - digits)}, 26);
+  put_field(out, word.empty() ? std::string_view(digits, end) : word, width);
   out.append("\n");
 }
 

@@ -52,6 +52,7 @@ Flow take(BlockReader& b, Names names, std::initializer_list<Target> targets) {
   const std::string where = place(KEYWORD_NAMES[b.keyword], b.row);
   for (const ValueFault& f : faults) {
     const std::string name = *(names.begin() + f.item - 1);
+    b.in.bad_value = true;
     if (f.first_on_line &&
         (find_keyword(f.text) != NO_KEYWORD || std::string_view(f.text) == END_KEYWORD)) {
       add_fault(b.in.notes, f.line,
@@ -125,12 +126,49 @@ Flow take_table(BlockReader& b, Names names, int& count, Vector<T>&... columns) 
 template <class... T>
 Flow take_attachments(BlockReader& b, Names names, int& count, Vector<T>&... columns) {
   const Flow flow = take_table(b, names, count, columns...);
+  if (count < 0)
+    add_warning(b.in.notes, b.in.block[b.keyword].heads.back().line,
+                place(KEYWORD_NAMES[b.keyword], 0) + "the number of rows is negative (" +
+                    std::to_string(count) + "): none is read");
   count = std::max(count, 0);
   return flow;
 }
 
-void cut(Vector<int>& lengths, int grid) {
-  for (int& length : lengths) length -= length % grid;
+// The columns of tables that are cut to the grid.
+struct GridColumn {
+  Keyword keyword;
+  const char* name;
+  int grid;  // inches
+  Vector<int> Model::*values;
+};
+constexpr GridColumn GRID_COLUMNS[] = {
+    {WEBTHICK, "length", BAY_LENGTH, &Model::web_len},
+    {BOTFTHICK, "length", BAY_LENGTH, &Model::botf_len},
+    {TFTHICK, "length", BAY_LENGTH, &Model::topf_len},
+    {INTERNAL_BRACE, "position", STATION_SPACING, &Model::ib_pos},
+    {EXTERNAL_BRACE, "position", STATION_SPACING, &Model::eb_pos},
+    {TOP_LATERAL, "first position", STATION_SPACING, &Model::lat_from},
+    {TOP_LATERAL, "second position", STATION_SPACING, &Model::lat_to},
+    {WEB_STIFFENER, "position", STATION_SPACING, &Model::ws_pos},
+    {SUPPORT, "position", BAY_LENGTH, &Model::supp_pos},
+    {STUDS, "length", BAY_LENGTH, &Model::stud_len},
+    {POUR_SEQ, "length", BAY_LENGTH, &Model::pour_len}};
+
+// Cuts value toward zero, and keeps what was typed if that moves it.
+void cut(Input& in, MovedValue where, int grid, int& value) {
+  where.typed = value;
+  where.cut = value -= value % grid;
+  if (where.cut != where.typed) in.moved.push_back(where);
+}
+
+// Row by row, so that in.moved stays in the order of the file.
+void cut_columns(Input& in, Keyword keyword) {
+  const auto& rows = in.block[keyword].rows;
+  for (int row = 1; row <= static_cast<int>(rows.size()); ++row)
+    for (const GridColumn& column : GRID_COLUMNS)
+      if (column.keyword == keyword && row <= (in.model.*column.values).size())
+        cut(in, {rows[static_cast<std::size_t>(row - 1)].line, keyword, row, column.name, 0, 0},
+            column.grid, (in.model.*column.values)(row));
 }
 
 // The rows of all analyses, segment by segment inside each.
@@ -163,7 +201,6 @@ Flow take_pour_sequence(BlockReader& b) {
   Flow flow = take_count(b, "number of analyses", m.nanal);
   if (flow == Flow::GO_ON) flow = take_count(b, "number of segments", m.npour);
   if (flow == Flow::GO_ON) flow = take_rows(b, {"length"}, m.npour, m.pour_len);
-  cut(m.pour_len, BAY_LENGTH);
   if (flow == Flow::GO_ON) flow = take_analyses(b);
   m.nanal = flow == Flow::GO_ON ? std::max(m.nanal, 0) : 0;  // fewer than none is none
   if (flow != Flow::GO_ON) return flow;
@@ -203,13 +240,9 @@ Flow take_title(BlockReader& b) {
 Flow take_length(BlockReader& b) {
   Model& m = b.in.model;
   const Flow flow = take(b, {"length"}, {&m.lgbr});
-  m.lgbr -= m.lgbr % BAY_LENGTH;
+  cut(b.in, {b.records.record_line, LGBR, 0, "length", 0, 0}, BAY_LENGTH, m.lgbr);
   return flow;
 }
-
-// Bars of cross frames.
-const Names BRACE_ROW = {"position", "type", "area"};
-const Names PLATE_ROW = {"length", "thickness"};
 
 Flow take_section(BlockReader& b) {
   SectionDimensions& s = b.in.model.secdim;
@@ -220,10 +253,12 @@ Flow take_section(BlockReader& b) {
                &s.deck_thickness});
 }
 
-// The records of one keyword, and the cut to the grid.
-Flow take_block(BlockReader& b) {
+const Names PLATE_ROW = {"length", "thickness"};
+const Names BRACE_ROW = {"position", "type", "area"};
+
+// The records of one keyword, as they stand in the file.
+Flow take_records(BlockReader& b) {
   Model& m = b.in.model;
-  Flow flow = Flow::GO_ON;
   switch (b.keyword) {
     case PRNAME:
       return take_title(b);
@@ -238,45 +273,26 @@ Flow take_block(BlockReader& b) {
     case SECDIM:
       return take_section(b);
     case WEBTHICK:
-      flow = take_table(b, PLATE_ROW, m.nweb, m.web_len, m.web_t);
-      cut(m.web_len, BAY_LENGTH);
-      return flow;
+      return take_table(b, PLATE_ROW, m.nweb, m.web_len, m.web_t);
     case BOTFTHICK:
-      flow = take_table(b, PLATE_ROW, m.nbotf, m.botf_len, m.botf_t);
-      cut(m.botf_len, BAY_LENGTH);
-      return flow;
+      return take_table(b, PLATE_ROW, m.nbotf, m.botf_len, m.botf_t);
     case TFTHICK:
-      flow = take_table(b, PLATE_ROW, m.ntopf, m.topf_len, m.topf_t);
-      cut(m.topf_len, BAY_LENGTH);
-      return flow;
+      return take_table(b, PLATE_ROW, m.ntopf, m.topf_len, m.topf_t);
     case INTERNAL_BRACE:
-      flow = take_attachments(b, BRACE_ROW, m.nibrace, m.ib_pos, m.ib_type, m.ib_area);
-      cut(m.ib_pos, STATION_SPACING);
-      return flow;
+      return take_attachments(b, BRACE_ROW, m.nibrace, m.ib_pos, m.ib_type, m.ib_area);
     case EXTERNAL_BRACE:
-      flow = take_attachments(b, BRACE_ROW, m.nebrace, m.eb_pos, m.eb_type, m.eb_area);
-      cut(m.eb_pos, STATION_SPACING);
-      return flow;
+      return take_attachments(b, BRACE_ROW, m.nebrace, m.eb_pos, m.eb_type, m.eb_area);
     case TOP_LATERAL:
-      flow = take_attachments(b, {"type", "first position", "second position", "area"}, m.nlat,
+      return take_attachments(b, {"type", "first position", "second position", "area"}, m.nlat,
                               m.lat_type, m.lat_from, m.lat_to, m.lat_area);
-      cut(m.lat_from, STATION_SPACING);
-      cut(m.lat_to, STATION_SPACING);
-      return flow;
     case WEB_STIFFENER:
-      flow = take_attachments(b, {"position", "width", "thickness"}, m.nstiff, m.ws_pos, m.ws_b,
+      return take_attachments(b, {"position", "width", "thickness"}, m.nstiff, m.ws_pos, m.ws_b,
                               m.ws_t);
-      cut(m.ws_pos, STATION_SPACING);
-      return flow;
     case SUPPORT:
-      flow = take_table(b, {"position"}, m.nsupp, m.supp_pos);
-      cut(m.supp_pos, BAY_LENGTH);
-      return flow;
+      return take_table(b, {"position"}, m.nsupp, m.supp_pos);
     case STUDS:
-      flow = take_table(b, {"length", "spacing", "number of studs across"}, m.nstudrow, m.stud_len,
+      return take_table(b, {"length", "spacing", "number of studs across"}, m.nstudrow, m.stud_len,
                         m.stud_spacing, m.stud_count);
-      cut(m.stud_len, BAY_LENGTH);
-      return flow;
     case POUR_SEQ:
       return take_pour_sequence(b);
     case BUCKLE:
@@ -286,6 +302,13 @@ Flow take_block(BlockReader& b) {
     case NO_KEYWORD:
       break;
   }
+  return Flow::GO_ON;
+}
+
+// The records of one keyword, and the cut to the grid.
+Flow take_block(BlockReader& b) {
+  const Flow flow = take_records(b);
+  cut_columns(b.in, b.keyword);
   return flow;
 }
 
@@ -311,18 +334,63 @@ bool is_number(const std::string& word) {
   return to_real(word, value, problem);
 }
 
-// Notes on a line that is passed over; first_behind_block tells that a block has just ended.
-void note_skipped_word(Input& in, const std::string& word, int line, bool first_behind_block) {
-  const std::string shown = printable(word);
-  const std::string_view near = near_keyword(word);
+bool begins_with_a_letter(std::string_view word) {
+  if (word.empty()) return false;
+  const char lower = static_cast<char>(word.front() | 0x20);
+  return 'a' <= lower && lower <= 'z';
+}
+
+// What stands before a line that is passed over.
+enum class Before { OTHER, WHOLE_BLOCK, BLOCK_IN_PART };
+
+// A line that is passed over, with the lines of numbers that follow it.
+struct SkippedLines {
+  Before before = Before::OTHER;
+  int line = 0;                   // of the file, 0: there is none
+  std::string word, second_word;  // of the first line
+  int numbers = 0;                // lines behind it that begin with a number
+};
+
+// Notes on what has been passed over, which ends here: a word that may be meant as a keyword, or
+// one with a table behind it. Signs, as other than letters, mark comments.
+void note_skipped(SkippedLines& skipped, Input& in) {
+  const SkippedLines s = std::exchange(skipped, {});
+  if (s.line == 0) return;
+  std::string lines = "the line is skipped", shown = s.word;
+  if (s.numbers > 0)
+    lines += " with " + std::to_string(s.numbers) + (s.numbers == 1 ? " line" : " lines") +
+             " of numbers behind it";
+  if (is_number(s.word))
+    return add_warning(in.notes, s.line,
+                       "number in the place of a keyword, " + lines + " (" + printable(shown) +
+                           "), a count above may be too small");
+  std::string_view near = near_keyword(s.word);
+  if (near.empty() && s.numbers > 0) {
+    near = near_keyword(s.word + "_" + s.second_word);
+    if (!near.empty()) shown += " " + s.second_word;
+  }
   if (!near.empty())
-    add_warning(in.notes, line,
-                "unknown word, the line is skipped (" + shown + "), perhaps the keyword " +
+    add_warning(in.notes, s.line,
+                "unknown word, " + lines + " (" + printable(shown) + "), perhaps the keyword " +
                     std::string(near) + " is meant");
-  else if (first_behind_block && is_number(word))
-    add_warning(in.notes, line,
-                "number in the place of a keyword, the line is skipped (" + shown +
-                    "), a count above may be too small");
+  else if (s.numbers > 0 && begins_with_a_letter(s.word))
+    add_warning(in.notes, s.line, "unknown word, " + lines + " (" + printable(shown) + ")");
+}
+
+// A line without a keyword. Behind a block that is not read in full it is one of its records.
+void pass_over(SkippedLines& skipped, Input& in, const std::string& word,
+               const RecordReader& records) {
+  const bool numbers = is_number(word);
+  if (numbers && skipped.line > 0) {
+    ++skipped.numbers;
+    return;
+  }
+  const Before before = skipped.before;
+  note_skipped(skipped, in);
+  const bool ignored = numbers ? before != Before::WHOLE_BLOCK
+                               : before == Before::BLOCK_IN_PART && near_keyword(word).empty();
+  if (!ignored)
+    skipped = {Before::OTHER, records.record_line, word, std::string(thrown_away_word(records)), 0};
 }
 
 void note_quotes(const RecordReader& records, Input& in) {
@@ -333,13 +401,24 @@ void note_quotes(const RecordReader& records, Input& in) {
     add_fault(in.notes, records.open_quote, "the quote that opens here is never closed");
 }
 
+// Reads the block of a keyword that is not given yet. False at the end of the file.
+bool read_block(RecordReader& records, Input& in, Keyword keyword) {
+  BlockPlace& block = in.block[keyword];
+  block = {records.record_line, false, {}, {}};
+  BlockReader b{records, in, keyword};
+  const Flow flow = take_block(b);
+  block.complete = flow == Flow::GO_ON;
+  return flow != Flow::END_OF_FILE;
+}
+
 ReadOutcome read_blocks(RecordReader& records, Input& in) {
   bool given[KEYWORDS] = {};
-  bool block_ended = false;
+  SkippedLines skipped;
   for (bool first = true;; first = false) {
     std::string word;  // blank if the line begins with an empty place or a slash
     std::vector<ValueFault> none;
     if (read_record(records, {&word}, none) == ReadStatus::END_OF_FILE) {
+      note_skipped(skipped, in);
       if (first) return ReadOutcome::EMPTY;
       add_fault(in.notes, records.line, "the file ends without the keyword end");
       return ReadOutcome::INPUT_ERROR;
@@ -347,26 +426,25 @@ ReadOutcome read_blocks(RecordReader& records, Input& in) {
     word.resize(std::min(word.size(), KEYWORD_LENGTH));
     word.erase(word.find_last_not_of(' ') + 1);  // blank padded: trailing blanks do not count
     in.last_line = records.record_line;
-    if (word == END_KEYWORD) return ReadOutcome::COMPLETE;
+    in.ended = word == END_KEYWORD;
     const Keyword keyword = find_keyword(word);
-    if (keyword == NO_KEYWORD) {
-      note_skipped_word(in, word, records.record_line, block_ended);
-      block_ended = false;
-    } else if (given[keyword]) {
+    if (!in.ended && keyword == NO_KEYWORD) {
+      pass_over(skipped, in, word, records);
+      continue;
+    }
+    note_skipped(skipped, in);
+    if (in.ended) return ReadOutcome::COMPLETE;
+    if (given[keyword]) {
       add_warning(in.notes, records.record_line,
                   word + ": given again, skipped with its records; line " +
                       std::to_string(in.block[keyword].line) + " counts");
-      block_ended = false;
-    } else {
-      BlockPlace& block = in.block[keyword];
-      block = {records.record_line, false, {}, {}};
-      BlockReader b{records, in, keyword};
-      const Flow flow = take_block(b);
-      if (flow == Flow::END_OF_FILE) return ReadOutcome::INPUT_ERROR;
-      block.complete = flow == Flow::GO_ON;
-      given[keyword] = !block.complete || sets_its_flag(keyword, in.model);
-      block_ended = block.complete;
+      skipped.before = Before::BLOCK_IN_PART;
+      continue;
     }
+    if (!read_block(records, in, keyword)) return ReadOutcome::INPUT_ERROR;
+    const bool complete = in.block[keyword].complete;
+    given[keyword] = !complete || sets_its_flag(keyword, in.model);
+    skipped.before = complete ? Before::WHOLE_BLOCK : Before::BLOCK_IN_PART;
   }
 }
 
@@ -380,8 +458,17 @@ ReadOutcome read_input(std::string content, Input& in) {
     add_warning(in.notes, 1, "carriage returns alone end no line: the file is read as one line");
   const ReadOutcome outcome = read_blocks(records, in);
   note_quotes(records, in);
-  if (outcome != ReadOutcome::COMPLETE) in.last_line = records.line;
-  return outcome;
+  if (outcome == ReadOutcome::COMPLETE) return outcome;
+  in.last_line = records.line;
+  return in.bad_value ? ReadOutcome::COMPLETE : outcome;
+}
+
+const MovedValue* moved_value(const Input& in, int line, std::string_view name) {
+  const auto before = [](const MovedValue& m, int l) { return m.line < l; };
+  auto m = std::lower_bound(in.moved.begin(), in.moved.end(), line, before);
+  for (; m != in.moved.end() && m->line == line; ++m)
+    if (m->name == name) return &*m;
+  return nullptr;
 }
 
 }  // namespace zelvo

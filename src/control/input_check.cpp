@@ -33,10 +33,18 @@ int head_line(const Input& in, Keyword k) { return in.block[k].heads.front().lin
 
 enum class Range { POSITIVE, NOT_NEGATIVE };
 
+// A position or length for a message: "984", or "999, cut to 984".
+std::string grid_value(const Input& in, int line, std::string_view name, int value) {
+  const MovedValue* moved = moved_value(in, line, name);
+  const std::string cut = std::to_string(value);
+  return moved == nullptr ? cut : std::to_string(moved->typed) + ", cut to " + cut;
+}
+
+// Values of a table. Those of a segment without a length, if lengths are given, are not used.
 void check_column(Input& in, Keyword k, const std::string& name, const Vector<double>& values,
-                  Range range) {
+                  Range range, const Vector<int>* lengths = nullptr) {
   for (int i = 1; i <= values.size(); ++i) {
-    if (!good_row(in, k, i)) continue;
+    if (!good_row(in, k, i) || (lengths != nullptr && (*lengths)(i) == 0)) continue;
     if (range == Range::POSITIVE && !(values(i) > 0))
       fault(in, k, i, row_line(in, k, i), name + " is not positive", number(values(i)), "above 0");
     if (range == Range::NOT_NEGATIVE && values(i) < 0)
@@ -49,25 +57,31 @@ void check_positions(Input& in, Keyword k, const std::string& name, const Vector
   for (int i = 1; i <= positions.size(); ++i)
     if (good_row(in, k, i) && (positions(i) < 0 || positions(i) > in.model.lgbr))
       fault(in, k, i, row_line(in, k, i), name + " is outside the girder",
-            std::to_string(positions(i)), "0 to " + std::to_string(in.model.lgbr));
+            grid_value(in, row_line(in, k, i), name, positions(i)),
+            "0 to " + std::to_string(in.model.lgbr));
 }
 
 // A list of consecutive segments, lengths being its first rows.
 void check_cover(Input& in, Keyword k, const Vector<int>& lengths) {
   if (!in.block[k].complete) return;
-  std::int64_t sum = 0;
+  std::int64_t sum = 0, typed = 0;
   bool sound = length_known(in);
   for (int i = 1; i <= lengths.size(); ++i) {
+    const int line = row_line(in, k, i);
+    const MovedValue* moved = moved_value(in, line, "length");
     sound = sound && good_row(in, k, i);
     sum += lengths(i);
+    typed += moved == nullptr ? lengths(i) : moved->typed;
     if (lengths(i) >= 0) continue;
-    fault(in, k, i, row_line(in, k, i), "length is negative", std::to_string(lengths(i)),
+    fault(in, k, i, line, "length is negative", grid_value(in, line, "length", lengths(i)),
           "0 or more");
     sound = false;
   }
-  if (sound && sum != in.model.lgbr)
-    fault(in, k, 0, in.block[k].line, "segment lengths do not add up to the girder length",
-          std::to_string(sum) + " in multiples of 24", std::to_string(in.model.lgbr) + " as lgbr");
+  if (!sound || sum == in.model.lgbr) return;
+  const std::string as_typed = typed == sum ? "" : std::to_string(typed) + " as typed, ";
+  fault(in, k, 0, in.block[k].line, "segment lengths do not add up to the girder length",
+        as_typed + std::to_string(sum) + " in multiples of 24",
+        std::to_string(in.model.lgbr) + " as lgbr");
 }
 
 void check_count(Input& in, Keyword k, const std::string& name, std::size_t head, int count,
@@ -77,7 +91,9 @@ void check_count(Input& in, Keyword k, const std::string& name, std::size_t head
           std::to_string(least) + " or more");
 }
 
+// A file that breaks off may lack any.
 void check_keywords(Input& in) {
+  if (!in.ended) return;
   for (const Keyword k :
        {NGIRD, LGBR, SECDIM, WEBTHICK, BOTFTHICK, TFTHICK, SUPPORT, STUDS, POUR_SEQ})
     if (in.block[k].line == 0)
@@ -101,6 +117,13 @@ void check_section(Input& in) {
     if (!(value > 0))
       fault(in, SECDIM, 0, head_line(in, SECDIM), std::string(name) + " is not positive",
             number(value), "above 0");
+}
+
+// Largest distance of a node from the reference line, across the section.
+double half_width(const Model& m) {
+  const SectionDimensions& s = m.secdim;
+  const double girder = std::max(s.top_spacing / 2 + s.flange_width / 2, s.bottom_width / 2);
+  return std::max(s.deck_width / 2, m.ngird == 2 ? m.offset + girder : girder);
 }
 
 void check_radius(Input& in) {
@@ -139,8 +162,8 @@ void check_scalars(Input& in) {
     fault(in, NGIRD, 0, head_line(in, NGIRD), "no model has so many girders",
           std::to_string(m.ngird), "1 or 2");
   if (good_heads(in, LGBR) && m.lgbr < 0)
-    fault(in, LGBR, 0, head_line(in, LGBR), "length is negative", std::to_string(m.lgbr),
-          "0 or more");
+    fault(in, LGBR, 0, head_line(in, LGBR), "length is negative",
+          grid_value(in, head_line(in, LGBR), "length", m.lgbr), "0 or more");
   check_section(in);
   check_offset(in);
   check_radius(in);
@@ -149,7 +172,7 @@ void check_scalars(Input& in) {
 void check_plates(Input& in, Keyword k, const PlateSegments& plates) {
   check_count(in, k, "number of segments", 0, plates.n, 1);
   if (plates.n >= 1) check_cover(in, k, plates.len);
-  check_column(in, k, "thickness", plates.t, Range::POSITIVE);
+  check_column(in, k, "thickness", plates.t, Range::POSITIVE, &plates.len);
 }
 
 void check_laterals(Input& in) {
@@ -183,17 +206,27 @@ void check_attachments(Input& in) {
   check_positions(in, SUPPORT, "position", m.supp_pos);
 }
 
+// The last row counts even without a length: it sets the studs of the last station.
 void check_studs(Input& in) {
   const Model& m = in.model;
   check_count(in, STUDS, "number of rows", 0, m.nstudrow, 0);
   if (m.nstudrow >= 0) check_cover(in, STUDS, m.stud_len);
-  check_column(in, STUDS, "spacing", m.stud_spacing, Range::NOT_NEGATIVE);
-  // A negative number of studs repeats the row before.
-  if (m.stud_count.size() > 0 && good_row(in, STUDS, 1) && m.stud_count(1) < 0)
-    fault(in, STUDS, 1, row_line(in, STUDS, 1), "number of studs across is negative",
-          std::to_string(m.stud_count(1)), "0 or more in the first row");
+  const int rows = static_cast<int>(m.stud_len.size());
+  bool count_known = false;  // a negative number of studs repeats the row before
+  for (int i = 1; i <= rows; ++i) {
+    const int line = row_line(in, STUDS, i);
+    count_known = count_known || !good_row(in, STUDS, i) || m.stud_count(i) >= 0;
+    if (!good_row(in, STUDS, i) || (m.stud_len(i) == 0 && i < rows)) continue;
+    if (m.stud_spacing(i) < 0)
+      fault(in, STUDS, i, line, "spacing is negative", number(m.stud_spacing(i)), "0 or more");
+    if (count_known) continue;
+    fault(in, STUDS, i, line, "number of studs across is negative", std::to_string(m.stud_count(i)),
+          "0 or more in the first row");
+    count_known = true;
+  }
 }
 
+// A segment without a length has no modulus; the last one sets the studs of the last station.
 void check_pour_sequence(Input& in) {
   const Model& m = in.model;
   check_count(in, POUR_SEQ, "number of segments", 1, m.npour, 1);
@@ -202,11 +235,12 @@ void check_pour_sequence(Input& in) {
   for (int k = 1; k <= m.pour_e.rows(); ++k) {
     for (int j = 1; j <= m.npour; ++j) {
       const int row = m.npour * k + j;
-      if (!good_row(in, POUR_SEQ, row)) continue;
+      const bool empty = m.pour_len(j) == 0;
+      if (!good_row(in, POUR_SEQ, row) || (empty && j < m.npour)) continue;
       const std::string stage =
           " of analysis " + std::to_string(k) + " segment " + std::to_string(j) + " is negative";
       const int line = row_line(in, POUR_SEQ, row);
-      if (m.pour_e(k, j) < 0)
+      if (m.pour_e(k, j) < 0 && !empty)
         fault(in, POUR_SEQ, row, line, "deck modulus" + stage, number(m.pour_e(k, j)), "0 or more");
       if (m.pour_k(k, j) < 0)
         fault(in, POUR_SEQ, row, line, "stud stiffness" + stage, number(m.pour_k(k, j)),
@@ -228,12 +262,6 @@ void check_buckling(Input& in) {
 }
 
 }  // namespace
-
-double half_width(const Model& m) {
-  const SectionDimensions& s = m.secdim;
-  const double girder = std::max(s.top_spacing / 2 + s.flange_width / 2, s.bottom_width / 2);
-  return std::max(s.deck_width / 2, m.ngird == 2 ? m.offset + girder : girder);
-}
 
 void check_input(Input& in) {
   check_keywords(in);

@@ -1,9 +1,11 @@
+#include "control/input_doubts.h"
+
 #include <algorithm>
+#include <cmath>
 #include <numbers>
 #include <set>
 
 #include "buckling/check.h"
-#include "control/input_check.h"
 #include "model/pattern.h"
 
 namespace zelvo {
@@ -18,21 +20,77 @@ int row_line(const Input& in, Keyword k, int row) {
   return in.block[k].rows[static_cast<std::size_t>(row - 1)].line;
 }
 
+// The weight of the plates is lumped row by row; half a row of the first segment is taken back at
+// its end of the girder and half a row of the last one is added at the other, whatever their length.
+void doubt_plates(Input& in, Keyword k, const PlateSegments& plates) {
+  for (int i = 1; i <= plates.n; ++i) {
+    if (plates.len(i) != 0) continue;
+    const char* effect = "the segment has no effect";
+    if (i == 1) effect = "the segment only takes half a row of its weight off the first end";
+    if (i == plates.n) effect = "the segment only adds half a row of its weight at the last end";
+    doubt(in, k, i, row_line(in, k, i), std::string("shorter than 24 inches: ") + effect);
+  }
+}
+
+// A station between two segments belongs to the later one, so that a segment without a length keeps
+// its station only if no other follows.
+void doubt_empty_stud_rows(Input& in) {
+  const Model& m = in.model;
+  for (int i = 1; i <= m.nstudrow; ++i) {
+    if (m.stud_len(i) != 0) continue;
+    const char* effect = "the segment has no effect";
+    if (i == m.nstudrow)
+      effect = "the segment sets the studs of the last station only";
+    else if (m.stud_count(i + 1) < 0)
+      effect = "the segment only hands its number of studs on to the next row";
+    doubt(in, STUDS, i, row_line(in, STUDS, i), std::string("shorter than 24 inches: ") + effect);
+  }
+}
+
+// What segment j of the deck loads if it has no length: the rows of nodes at its two ends are one.
+const char* load_of_empty_segment(const Model& m, int j) {
+  if (m.ngird == 2 || m.load_pattern == 1) return ", half a foot of its load stands at its station";
+  if (m.load_pattern == 2) return ", a foot of its load stands at its station";
+  return m.load_pattern == 3 && j == 1 ? ", its load sets the end couples" : "";
+}
+
+void doubt_empty_pours(Input& in) {
+  const Model& m = in.model;
+  for (int j = 1; j <= m.npour; ++j)
+    if (m.pour_len(j) == 0)
+      doubt(in, POUR_SEQ, j, row_line(in, POUR_SEQ, j),
+            std::string("shorter than 24 inches: no element has its modulus") +
+                load_of_empty_segment(m, j) +
+                (j == m.npour ? ", it sets the stud stiffness of the last station" : ""));
+}
+
 void doubt_lengths(Input& in) {
   const Model& m = in.model;
   if (m.lgbr == 0)
-    doubt(in, LGBR, 0, in.block[LGBR].line,
-          "shorter than 24 inches: one station and no shell elements");
-  const auto zero_length = [&](Keyword k, const Vector<int>& lengths) {
-    for (int i = 1; i <= lengths.size(); ++i)
-      if (lengths(i) == 0 && m.lgbr > 0)
-        doubt(in, k, i, row_line(in, k, i), "shorter than 24 inches: the segment has no effect");
-  };
-  zero_length(WEBTHICK, m.web_len);
-  zero_length(BOTFTHICK, m.botf_len);
-  zero_length(TFTHICK, m.topf_len);
-  zero_length(STUDS, m.stud_len);
-  zero_length(POUR_SEQ, m.pour_len);
+    return doubt(in, LGBR, 0, in.block[LGBR].line,
+                 "shorter than 24 inches: one station and no shell elements");
+  doubt_plates(in, WEBTHICK, web_segments(m));
+  doubt_plates(in, BOTFTHICK, bottom_segments(m));
+  doubt_plates(in, TFTHICK, top_segments(m));
+  doubt_empty_stud_rows(in);
+  doubt_empty_pours(in);
+}
+
+// A web element ends on a vertical director at the web top or foot and stands on the normal of the
+// web elsewhere. With c = (bottom - top half width) / width of the web and the shape function N of
+// the end node at the Gauss point next to it, N = (0.6 + sqrt(0.6)) / 2, the director there has the
+// part 1 - N (1 + c) along the normal. With its change over the element and through the thickness
+// t, the Jacobian of an element of half length h is not positive if
+//   h (1 - N (1 + c)) <= t / (2 sqrt(3)) dN sqrt(1 - c^2),  dN = sqrt(0.6) + 1/2 = |N'|.
+bool webs_fold(const Model& m) {
+  double t = 0;
+  for (int i = 1; i <= m.nweb; ++i)
+    if (m.web_len(i) > 0) t = std::max(t, m.web_t(i));
+  const SectionDimensions& s = m.secdim;
+  const double out = (s.bottom_width - s.top_spacing) / 2, width = std::hypot(out, s.depth);
+  const double c = out / width, h = width / GirderPattern::SPACINGS, g = std::sqrt(0.6);
+  const double N = (g * g + g) / 2, dN = g + 0.5;
+  return h * (1 - N * (1 + c)) <= t / (2 * std::sqrt(3.0)) * dN * std::sqrt(1 - c * c);
 }
 
 void doubt_section(Input& in) {
@@ -41,9 +99,16 @@ void doubt_section(Input& in) {
   const double flanges =
       s.top_spacing / 2 + s.flange_width / 2;  // centre of a girder to its outer flange edge
   const int line = in.block[SECDIM].line;
-  if (s.deck_width / 2 < (m.ngird == 2 ? m.offset + flanges : flanges))
+  const double reach = (m.ngird == 2 ? m.offset : 0) + s.top_spacing / 2 + s.flange_width / 2;
+  if (s.deck_width / 2 <= reach)
     doubt(in, SECDIM, 0, line,
-          "the deck is narrower than the top flanges (" + number(s.deck_width) + ")");
+          "the deck is not wider than the top flanges (" + number(s.deck_width) +
+              "): the elements of its overhang fold, and the results mean nothing");
+  if (webs_fold(m))
+    doubt(in, SECDIM, 0, line,
+          "the bottom flange is too wide for the distance of the web tops (" +
+              number(s.bottom_width) +
+              "): elements of the sloping webs fold, and the results mean nothing");
   if (s.flange_width >= s.top_spacing)
     doubt(in, SECDIM, 0, line,
           "the top flanges of a girder meet or overlap (" + number(s.flange_width) + " wide)");
@@ -76,7 +141,8 @@ void doubt_studs(Input& in) {
       doubt(in, STUDS, i, row_line(in, STUDS, i),
             "negative number of studs (" + std::to_string(m.stud_count(i)) +
                 "): that of the row before is used");
-    some = some || (count > 0 && m.stud_spacing(i) > 0);
+    const bool stations = m.stud_len(i) > 0 || i == m.nstudrow;
+    some = some || (stations && count > 0 && m.stud_spacing(i) > 0);
   }
   if (!some && m.nstudrow > 0)
     doubt(in, STUDS, 0, in.block[STUDS].line,
@@ -105,7 +171,7 @@ void doubt_stages(Input& in) {
   for (int k = 1; k <= m.nanal; ++k) {
     for (int j = 1; j <= m.npour; ++j) {
       const int row = m.npour * k + j;
-      if (no_modulus == 0 && m.pour_e(k, j) == 0) no_modulus = row;
+      if (no_modulus == 0 && m.pour_e(k, j) == 0 && m.pour_len(j) > 0) no_modulus = row;
       if (loaded == 0 && m.pour_load(k, j) != 0) loaded = row;
     }
   }
@@ -129,6 +195,16 @@ void doubt_buckling(Input& in) {
     doubt(in, BUCKLE, 0, in.block[BUCKLE].line,
           "the iteration fails with " + std::to_string(LANCZOS_VECTORS) + " modes or more (" +
               std::to_string(m.nev) + ")");
+  if (m.buckle && m.nev == LANCZOS_VECTORS - 1)
+    doubt(in, BUCKLE, 0, in.block[BUCKLE].line,
+          "the last of " + std::to_string(m.nev) +
+              " modes hardly converges, and kind 1 then makes "
+              "the first factor infinite, " +
+              std::to_string(m.nev - 1) + " or fewer are safe");
+  if (m.buckle && m.solver_type == 2 && m.sigma == 0)
+    doubt(in, SOLVER, 0, in.block[SOLVER].line,
+          "the shift of kind 2 is 0: all factors become 0, and with them all results; half of the "
+          "first factor is a good shift, and kind 1 needs none");
   if (!m.buckle && (m.solver_type < 0 || m.solver_type > 2))
     doubt(in, SOLVER, 0, in.block[SOLVER].line,
           "solver type is none that exists (" + std::to_string(m.solver_type) +
@@ -136,6 +212,18 @@ void doubt_buckling(Input& in) {
   if (m.buckle && m.solver_type != 0 && !(m.tol > 0))
     doubt(in, SOLVER, 0, in.block[SOLVER].line,
           "tolerance is not positive (" + number(m.tol) + "): the machine precision is used");
+}
+
+// No doubts by themselves, but of use beside others.
+void list_moved_values(Input& in) {
+  if (in.notes.warnings.empty() || in.moved.empty()) return;
+  add_warning(in.notes, 0,
+              "positions and lengths that are cut to the grid, one line for each below: " +
+                  std::to_string(in.moved.size()));
+  for (const MovedValue& v : in.moved)
+    doubt(in, v.keyword, v.row, v.line,
+          std::string(v.name) + " " + std::to_string(v.typed) + " is " + std::to_string(v.cut) +
+              " on the grid");
 }
 
 }  // namespace
@@ -148,6 +236,7 @@ void doubt_input(Input& in) {
   doubt_studs(in);
   doubt_stages(in);
   doubt_buckling(in);
+  list_moved_values(in);
 }
 
 }  // namespace zelvo

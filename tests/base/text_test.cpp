@@ -23,5 +23,6 @@ TEST(FreeLine, BeginsWithABlank) {
   free_line(out, "run");
   free_line(out, 26);
   free_line(out, 54, "  nodes");
-  EXPECT_EQ(out, " run\n          26\n          54  nodes\n");
+  free_line(out, "F =", -std::numeric_limits<double>::infinity());
+  EXPECT_EQ(out, " run\n          26\n          54  nodes\n F =                 -Infinity\n");
 }

@@ -31,20 +31,25 @@ const char* const FREE_STYLE =
 
 TEST(Program, ReportsAFileThatIsMissingEmptyOrEndsTooEarly) {
   const std::string sound = one_girder_input().text();
-  const std::pair<const char*, std::string> cases[] = {
-      {"not found", ""},
-      {"empty", "\n  \t\r\n\n"},
-      {"error", sound.substr(0, sound.size() - 4)},
-      {"error", "webthick\n2000000000\n96 .5\n"},
-      {"error", std::string("\x7f\x45\x4c\x46\0\0\1\xff\xfe\n\0\n", 12)},
-      {"error", std::string(3'000'000, 'x')}};
-  for (const auto& [word, text] : cases) {
+  const char* const breaks_off = "the file ends";
+  const struct {
+    const char* word;
+    std::string text;
+    const char* err;  // part of it; blank: nothing at all
+  } cases[] = {{"not found", "", ""},
+               {"empty", "\n  \t\r\n\n", ""},
+               {"error", sound.substr(0, sound.size() - 4), breaks_off},
+               {"error", "webthick\n2000000000\n96 .5\n", breaks_off},
+               {"error", std::string("\x7f\x45\x4c\x46\0\0\1\xff\xfe\n\0\n", 12), breaks_off},
+               {"error", std::string(3'000'000, 'x'), breaks_off}};
+  for (const auto& [word, text, err] : cases) {
     for (const StandardInput input : INPUTS) {
       ProgramRun run;
       if (!text.empty()) run.write_input(text);
       run.start(input);
       EXPECT_EQ(run.out, " Input file " + std::string(word) + ". Press any key to exit.\n");
-      EXPECT_EQ(run.err.find("the file ends") != std::string::npos, word[1] == 'r') << run.err;
+      EXPECT_NE(run.err.find(err), std::string::npos) << run.err;
+      EXPECT_EQ(run.err.empty(), *err == '\0') << run.err;
       EXPECT_EQ(run.status, 0);
       EXPECT_EQ(run.waited_for_key, input == StandardInput::TERMINAL);
       if (!text.empty())
@@ -107,6 +112,8 @@ TEST(Program, RunsWhateverIsLegal) {
       {plain_girder("48").set("support", "0").text(), "Solver Returned Error Code ", "mechanism"},
       {plain_girder("48").set("buckle", "F 3\n2").set("pour_seq", "1\n1\n48\n1 1 1e308\n0").text(),
        "flange = ", "zelvo: analysis 1: the displacements are not finite after the solution\n"},
+      {plain_girder("48").set("secdim", "60 100 43 1 144 8").text(), " determinant error\n",
+       "too wide"},
       {plain_girder("23").set("support", "1\n0").text(), "  54  nodes\n           0  shell",
        "one station"}};
   for (const auto& c : cases) {
@@ -117,4 +124,14 @@ TEST(Program, RunsWhateverIsLegal) {
     EXPECT_NE(run.out.find(c.out), std::string::npos) << run.out;
     EXPECT_NE(run.err.find(c.err), std::string::npos) << run.err;
   }
+}
+
+TEST(ShowResults, TellsOfValuesTooWideForTheirField) {
+  ProgramRun run;
+  run.write_input(plain_girder("48").set("pour_seq", "1\n1\n48\n1 1 1e8\n0").text());
+  run.start(StandardInput::END_OF_FILE);
+  const std::string shown = run.path("shown");
+  const std::string command = ZELVO_SOURCE_DIR "/scripts/show-results " + run.dir + " > " + shown;
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  EXPECT_NE(content_of(shown).find("| 0 ft: overflow   | 4 ft: overflow\n"), std::string::npos);
 }

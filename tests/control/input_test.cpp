@@ -57,7 +57,7 @@ TEST(Input, TellsTheEndsOfAFileApart) {
                            "pour_seq\n2000000000\n0\n", "prname\n'open\nend\n", "/", ","})
     EXPECT_EQ(Reading(text).outcome, ReadOutcome::INPUT_ERROR) << text;
   for (const char* text :
-       {"end", "\n\n end of it", "'end '", "\"end\"\n garbage", "/\nend", "1*end"})
+       {"end", "\n\n end of it", "'end '", "\"end\"\n garbage", "/\nend", "1*end", "ngird\nx\n"})
     EXPECT_EQ(Reading(text).outcome, ReadOutcome::COMPLETE) << text;
 }
 
@@ -70,6 +70,13 @@ TEST(Input, CutsPositionsAndLengthsToTheGridTowardZero) {
                  m->pour_len(1), m->ib_pos(1), m->ib_pos(2), m->eb_pos(1), m->lat_from(1),
                  m->lat_to(1), m->ws_pos(1)),
             "984 83 96 -24 96 24 48 108 0 24 12 24 12 ");
+  std::string moved;
+  for (const MovedValue& v : m.in.moved)
+    if (v.keyword == LGBR || v.keyword == TOP_LATERAL)
+      moved += list(v.line, v.keyword, v.row, v.name, v.typed, v.cut);
+  EXPECT_EQ(moved, list(2, LGBR, 0, "length", 1000, 984, 19, TOP_LATERAL, 1, "first position", 13,
+                        12, 19, TOP_LATERAL, 1, "second position", 25, 24));
+  EXPECT_EQ(m.in.moved.size(), 12u);
 }
 
 TEST(Input, TakesAKeywordOnceAndSkipsItsRepetition) {
@@ -106,6 +113,8 @@ TEST(Input, WarnsOfWordsAndNumbersThatMayBeMeantOtherwise) {
       "Ngird\nwebthik\n* note\nthe deck\nsupport\n1\n0\n240\n480\nprname\nngird\nend\n");
   for (const Note& n : r.in.notes.warnings) lines += list(n.line);
   EXPECT_EQ(lines, "1 2 8 11 ") << r.notes();
+  const Reading quiet("buckle\nT 1\n2\n! top lateral\n1 2\nbuckle\nF 1\n2\nend");
+  EXPECT_EQ(quiet.in.notes.warnings.size(), 1u) << "comments, records of a repeated keyword";
   EXPECT_EQ(list(near_keyword("edn"), near_keyword("internalbrace"), near_keyword("Rcurve"),
                  near_keyword("of"), near_keyword(std::string(1000, 'x'))),
             "end internal_brace rcurv   ");

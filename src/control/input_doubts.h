@@ -1,0 +1,12 @@
+// Doubts about a model that has been read: what can be analysed, but hardly can be meant.
+#pragma once
+#include "control/input.h"
+
+namespace zelvo {
+
+// Adds warnings for what is legal but hardly meant; if there are any, of this routine or of the
+// reader, also one for each position and length that the grid has moved. To be called for input
+// without faults.
+void doubt_input(Input& in);
+
+}  // namespace zelvo
