@@ -55,10 +55,8 @@ template <class T>
 static std::string conversion(bool (*to)(std::string_view, T&, ValueProblem&), const char* text) {
   T value{};
   ValueProblem problem{};
-  if (to(text, value, problem)) return std::to_string(value);
-  return problem == ValueProblem::OUT_OF_RANGE ? "range"
-         : problem == ValueProblem::NOT_FINITE ? "finite"
-                                               : "text";
+  const char* const why[] = {"text", "range", "finite"};
+  return to(text, value, problem) ? std::to_string(value) : why[static_cast<int>(problem)];
 }
 
 TEST(RecordReader, TellsValuesOutOfRangeFromThoseThatAreNoNumbers) {

@@ -1,5 +1,5 @@
-// The program against stored reference results: runs each folder's zvinp.txt and compares the nine
-// result files number by number and the console line by line.
+// The program against the stored results of a second implementation: runs each folder's zvinp.txt
+// and compares the nine result files number by number and the console line by line.
 #include <gtest/gtest.h>
 
 #include <algorithm>
