@@ -74,7 +74,7 @@ TEST(RecordReader, TellsValuesOutOfRangeFromThoseThatAreNoNumbers) {
 }
 
 TEST(RecordReader, KnowsLogicalValuesByTheirFirstLetter) {
-  const auto logical = [](const char* text, bool v = false) {
+  const auto logical = [](const char* text, bool v = false) -> std::string {
     return to_logical(text, v) ? v ? "true" : "false" : "neither";
   };
   for (const char* text : {"T", "t", ".TRUE.", "Tanything"}) EXPECT_EQ(logical(text), "true");
