@@ -14,7 +14,7 @@
 
 int main(int argc, char** argv) {
 #ifdef __unix__
-  // Peers start threads of their own unless told before the run-time library loads.
+  // Peers start threads of their own unless this stands there when the run-time library loads.
   if (std::getenv("OMP_THREAD_LIMIT") == nullptr) {
     setenv("OMP_THREAD_LIMIT", "1", 1);
     execv("/proc/self/exe", argv);

@@ -1,4 +1,4 @@
-// Runs the program on an example and tells where its CPU time goes, by the lines of its console:
+// Runs the program on an example and prints where its CPU time goes, by the lines of its console:
 //   whole_run program folder-of-the-example [rounds]
 #include <sys/resource.h>
 #include <sys/wait.h>

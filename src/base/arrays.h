@@ -15,7 +15,7 @@
 namespace zelvo {
 
 // Owning array of n values. A new one is all zero unless made with UNINITIALIZED.
-// Memory that cannot be had throws MemoryFailure, which names the use told in what.
+// Memory that cannot be had throws MemoryFailure, which names the use given in what.
 enum Fill { ZERO, UNINITIALIZED };
 
 template <class T>

@@ -10,7 +10,7 @@ constexpr int EXIT_BAD_INPUT = 65;  // EX_DATAERR of sysexits.h
 constexpr int EXIT_NO_MEMORY = 71;  // EX_OSERR
 constexpr int EXIT_FILE = 74;       // EX_IOERR
 
-// bytes were asked for and not given; what names their use ("stiffness matrix").
+// The system did not give these bytes; what names their use ("stiffness matrix").
 struct MemoryFailure {
   double bytes;
   const char* what;

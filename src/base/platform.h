@@ -11,7 +11,7 @@ double process_cpu_seconds();
 void wait_for_key();
 
 // Gives a closed standard stream the null device, so that no file opened later takes its place and
-// receives what was meant for the console.
+// receives the lines of the console.
 void keep_standard_streams();
 
 // Keeps freed memory in the process: a page given back to the system costs its first touch again.

@@ -1,4 +1,4 @@
-// Free-format records: reads that take the values they ask for from the next unread line on.
+// Free-format records: reads that take their values from the next unread line on.
 //
 // If a line ends before the read is satisfied, the read goes on to the following lines; when it is
 // satisfied, whatever is left of the line is thrown away. Values are separated by blanks, tabs or

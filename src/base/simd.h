@@ -74,11 +74,11 @@ SIMD_INLINE Vec<W> other_lanes(Vec<W> v, int s) {
 }
 
 SIMD_INLINE double root(double x) { return __builtin_sqrt(x); }
-// Asks for the line of p ahead of its use.
+// Prefetches the cache line of p.
 SIMD_INLINE void fetch(const double* p) { __builtin_prefetch(p, 0); }
 SIMD_INLINE void fetch_to_write(const double* p) { __builtin_prefetch(p, 1); }
 
-#else  // single doubles, whatever W is asked for
+#else  // without vector types: single doubles for every W
 
 #define SIMD_INLINE static inline
 #define SIMD_UNROLL

@@ -14,8 +14,8 @@ namespace {
 constexpr int REGULAR_INVERSE = 2, BUCKLING_MODE = 4;  // of ARPACK
 constexpr int MAX_ITERATIONS = 300;
 constexpr int NO_SHIFTS = 3;  // info of dsaupd
-// Told as the solver's code. ARPACK gets there only if the error bounds of all unwanted values are
-// exactly zero while a wanted one has not converged; more vectors could not change that.
+// Stands for it where a code of the solver would. ARPACK gets there only if the error bounds of all
+// values beyond nev are exactly zero before the first nev have converged: more vectors do not help.
 constexpr int NO_SHIFTS_CODE = 1;
 
 // The problem as ARPACK sees it, and its work space.
@@ -80,7 +80,7 @@ int factor(const SymmetricMatrix& C, OwnedSolver& solver) {
   return factor_as(SOLVER_INDEFINITE, C, solver);
 }
 
-// The reverse communication: multiplies and solves until the iteration has ended (L.info tells
+// The reverse communication: multiplies and solves until the iteration has ended (L.info says
 // how). Returns the code of a solve that failed, else 0.
 int iterate(const SymmetricMatrix& K, const SymmetricMatrix& B, SolverHandle* handle,
             const Progress& done, Lanczos& L) {
@@ -131,7 +131,7 @@ int extract(Lanczos& L, double sigma, BucklingModes& modes) {
   return ierr;
 }
 
-// Stores what the iteration has found, and tells how it ended.
+// Stores what the iteration has found, and how it ended.
 void finish(Lanczos& L, double sigma, EigenOutcome& outcome, BucklingModes& modes) {
   outcome.iterated = true;
   outcome.dsaupd_info = L.info;

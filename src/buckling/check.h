@@ -12,9 +12,9 @@ constexpr int LANCZOS_VECTORS = 10;
 
 // What the input says about the eigenvalue iteration.
 struct EigenOptions {
-  int nev;          // factors wanted, below ncv
+  int nev;          // factors to find, below ncv: the iteration needs room beyond them
   int solver_type;  // 1: K is factored; 2: K + sigma KG is factored, shift-and-invert about sigma
-  double tol;       // relative accuracy asked of the iteration's own values (see docs/theory.md)
+  double tol;       // relative, on the iteration's own values mu or nu (see docs/theory.md)
   double sigma;     // shift of kind 2: a load factor, best near half the first one
   int ncv = LANCZOS_VECTORS;
 };

@@ -351,8 +351,8 @@ struct SkippedLines {
   int numbers = 0;                // lines behind it that begin with a number
 };
 
-// Notes on what has been passed over, which ends here: a word that may be meant as a keyword, or
-// one with a table behind it. Signs, as other than letters, mark comments.
+// Notes on what has been passed over, which ends here: a word close to a keyword, or one with a
+// table behind it. A line that begins with another sign than a letter is a comment.
 void note_skipped(SkippedLines& skipped, Input& in) {
   const SkippedLines s = std::exchange(skipped, {});
   if (s.line == 0) return;

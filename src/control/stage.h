@@ -19,9 +19,9 @@ StageState first_state(const Model& model);
 struct Run {
   Structure structure;
   SymmetricMatrix K;    // stiffness with support penalties
-  SymmetricMatrix KG;   // geometric stiffness; without values when no check is wanted
+  SymmetricMatrix KG;   // geometric stiffness; without values where the model has no check
   Vector<double> F, U;  // (5*nnode) loads, displacements
-  BucklingModes modes;  // zero until a check has found some; empty when no check is wanted
+  BucklingModes modes;  // zero until a check has found some; empty where the model has no check
   StageState state;
   LastInverse inverses;
 };

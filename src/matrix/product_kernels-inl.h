@@ -3,8 +3,8 @@
 // consecutive numbers: such lanes go to and from x and y as one vector.
 constexpr int LANES = 4;
 using Lanes = Vec<LANES>;
-// Doubles between the columns in work and the values asked for ahead of time: five short streams
-// are more than the processor follows by itself.
+// Doubles between the columns in work and the values prefetched: five short streams are more than
+// the processor follows by itself.
 constexpr int AHEAD = 256;
 
 void bundle(int count, const int* columns, const double* const* v, const double* xi, double* sums,

@@ -59,7 +59,7 @@ struct Model {
   Matrix<double> pour_e, pour_k, pour_load;  // (nanal,npour) deck modulus, stiffness per stud, load
   bool selfwt = false;                       // steel weight among the loads of the first analysis
 
-  bool buckle = false;   // buckling check wanted
+  bool buckle = false;   // every stage ends with a buckling check
   int load_pattern = 0;  // load pattern code, one girder
   int nev = 2;           // buckling modes
   int solver_type = 0;   // eigenvalue iteration: 1, 2, or 0 while none is chosen

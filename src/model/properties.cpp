@@ -68,7 +68,7 @@ Matrix<double> stud_stiffness(const SectionPattern& pattern, const Model& model,
 // Studs of a group that each of the six links of a girder stands for. Two links of a flange carry
 // nothing when one stud stands over the web or two at the edges. A negative count changes nothing.
 void link_weights(int count, FixedVector<double, LINKS_PER_GIRDER>& weight) {
-  constexpr double none = 1.0e-8f;  // the single precision number on purpose
+  constexpr double none = 1.0e-8f;  // a float: the double would change the last digits
   if (count < 0) return;
   const double shared = count / 3.0;
   const double edge = count >= 3 ? shared : count == 2 ? 1.0 : none;
@@ -78,7 +78,7 @@ void link_weights(int count, FixedVector<double, LINKS_PER_GIRDER>& weight) {
 
 // Studs at each link: groups in the 12 inches of a station times the studs of a group.
 Vector<double> stud_numbers(const SectionPattern& pattern, const Model& model, int nstud) {
-  constexpr double no_group = 1.0e-10f;  // the single precision number on purpose
+  constexpr double no_group = 1.0e-10f;  // a float, as none above
   Vector<double> studnum(nstud, "the stud properties");
   FixedVector<double, LINKS_PER_GIRDER> weight{};
   each_segment(model.nstudrow, model.stud_len, STATION_SPACING, [&](int j, int begin, int end) {

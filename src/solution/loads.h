@@ -14,7 +14,7 @@ double web_width(const Structure& structure);
 // Whether the weight of the steel plates is among the loads of an analysis.
 enum class SteelWeight { LEFT_OUT, INCLUDED };
 
-// Adds the loads of analysis k to F (kips, downward negative), and the steel weight if asked.
+// Adds the loads of analysis k to F (kips, downward negative), and the steel weight if INCLUDED.
 // Segment lists must add up to the girder.
 //
 //   dw  web_width

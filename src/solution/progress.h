@@ -1,10 +1,10 @@
-// What long computations tell while they run, for whoever shows it.
+// How far a long computation has come, for a caller that shows it; the mechanics print nothing.
 #pragma once
 #include <functional>
 
 namespace zelvo {
 
-// Steps of a stage, each told when it is done.
+// Steps of a stage, each reported when it is done.
 enum class Step {
   SHELLS,  // assembled, as the next six
   INTERNAL_BRACES,
@@ -26,7 +26,7 @@ enum class Step {
 };
 using Progress = std::function<void(Step)>;
 
-// For those whom nobody watches.
+// For callers that show nothing.
 inline void no_progress(Step) {}
 
 }  // namespace zelvo

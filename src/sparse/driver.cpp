@@ -65,7 +65,7 @@ void reset_state(DriverState& s) {
   s.analysed = false;
 }
 
-// What a call asks for.
+// The arguments of a call that the checks read.
 struct Request {
   int max_fac_store, matrix_number, matrix_type, ido, neqns, nb;
   const int* ia;

@@ -15,8 +15,8 @@ struct PointerBlock {
 };
 
 // (1) 1: take entries 2 and 5 from here; otherwise nested dissection
-// (2) order: 2 nested dissection. 0 and 1 ask for minimum degree orders; they get nested dissection
-//     as well, which gives the same solution with less fill
+// (2) order: 2 nested dissection. 0 and 1 are the codes of minimum degree orders; they get nested
+//     dissection as well, which gives the same solution with less fill
 // (3) processors; only panel sizes depend on it
 // (4) not read: iteration on an old factor does not exist here
 // (5) 1: the order is perm
@@ -27,12 +27,12 @@ using DriverParameters = FixedVector<int, 6>;
 constexpr int DRIVER_BAD_INPUT = -1, DRIVER_NO_MEMORY = -2, DRIVER_ANALYSIS_FAILED = -3,
               DRIVER_NUMERIC_FAILED = -4;
 
-// Runs the stages that ido tells: its tens are the first, its units the last of 1 analysis,
+// Runs the stages that ido encodes: its tens are the first, its units the last of 1 analysis,
 // 2 numeric factorization, 3 solve (11, 12, 13, 22, 23, 33); 0 releases the factor of
 // matrix_number, -1 everything.
 //
 //   max_fac_store     in   factors that may be kept at a time
-//   matrix_number     in   which of them this call means
+//   matrix_number     in   which of them this call works on
 //   matrix_type       in   2 positive definite (L L'), -2 indefinite (L D L'). Other types pass the
 //                          checks of range but have no storage here: they are bad input
 //   a, ia, ja         in   values and rows of the upper triangle, numbers from 1. a is read by

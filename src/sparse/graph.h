@@ -2,7 +2,7 @@
 // neighbours.
 //
 // Two equations whose closed neighbourhoods (the equation and all it is coupled with) agree cannot
-// be told apart by an ordering: they are eliminated side by side, and one vertex with a weight
+// be distinguished by any ordering: they are eliminated side by side, and one vertex with a weight
 // stands for all of them (Ashcraft 1995). A finite element matrix with five freedoms per node
 // shrinks to a fifth of its vertices and a twenty-fifth of its edges.
 #pragma once

@@ -1,7 +1,7 @@
 // The elimination tree of the ordered group graph and the column lengths of the factor.
 //
 // The columns of a group are a chain in the tree of the equations: each is the parent of the one
-// before, one entry shorter. So the tree of the groups with their weights tells all of it.
+// before, one entry shorter. So the tree of the groups with their weights holds all of it.
 #pragma once
 #include "sparse/graph.h"
 

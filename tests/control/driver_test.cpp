@@ -8,7 +8,7 @@
 
 using namespace zelvo;
 
-TEST(Driver, KeepsTheStiffnessWhileDeckAndStudsStayTheSame) {
+TEST(Stage, KeepsTheStiffnessWhileDeckAndStudsStayTheSame) {
   Model m = one_girder(48);
   set_stages(m, {24, 24}, 4);
   m.pour_load(2, 2) = 7;
@@ -16,7 +16,7 @@ TEST(Driver, KeepsTheStiffnessWhileDeckAndStudsStayTheSame) {
   for (int k = 1; k <= 4; ++k) EXPECT_EQ(stiffness_holds(m, k), k == 2) << k;
 }
 
-TEST(Driver, TakesTheDefaultToleranceOfTheEigensolverInSinglePrecision) {
+TEST(Stage, TakesTheDefaultToleranceOfTheEigensolverInSinglePrecision) {
   Model m = one_girder(48);
   m.buckle = true;
   m.nev = 1;

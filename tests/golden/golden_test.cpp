@@ -1,5 +1,5 @@
-// The program against stored reference results: runs each folder's zvinp.txt and compares the nine
-// result files number by number and the console line by line.
+// The program against the stored results of a second implementation: runs each folder's zvinp.txt
+// and compares the nine result files number by number and the console line by line.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -56,10 +56,11 @@ static void compare(const Lines& e, const Lines& a, double rtol, const std::stri
   ASSERT_EQ(e.size(), a.size()) << what;
   for (std::size_t i = 0; i < e.size(); ++i) {
     const Lines we = words(e[i]), wa = words(a[i]);
-    bool same = we.size() == wa.size();
-    if (e[i].find('.') != std::string::npos) same = same && e[i].size() == a[i].size();
-    for (std::size_t j = 0; same && j < we.size(); ++j) same = agree(we[j], wa[j], rtol);
-    ASSERT_TRUE(same) << what << ", line " << i + 1 << "\n" << e[i] << "\n" << a[i];
+    const std::string lines = what + ", line " + std::to_string(i + 1) + "\n" + e[i] + "\n" + a[i];
+    ASSERT_EQ(we.size(), wa.size()) << lines;
+    if (e[i].find('.') != std::string::npos) ASSERT_EQ(e[i].size(), a[i].size()) << lines;
+    for (std::size_t j = 0; j < we.size(); ++j)
+      ASSERT_TRUE(agree(we[j], wa[j], rtol)) << we[j] << " " << wa[j] << " in " << lines;
   }
 }
 

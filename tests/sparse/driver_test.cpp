@@ -24,7 +24,7 @@ struct Call {
   }
 };
 
-TEST(Driver, ChecksItsInputInOrder) {
+TEST(SparseDriver, ChecksItsInputInOrder) {
   const struct {
     int first, ido;  // a call before, 0 none; the bad call
     Detail detail;   // what it leaves
@@ -66,7 +66,7 @@ TEST(Driver, ChecksItsInputInOrder) {
   }
 }
 
-TEST(Driver, FactorsAgainOnASolveOnlyAfterTheFactorWasReleased) {
+TEST(SparseDriver, FactorsAgainOnASolveOnlyAfterTheFactorWasReleased) {
   PointerBlock pt;
   Call call;
   ASSERT_EQ(call(pt, 13), 0);
@@ -84,7 +84,7 @@ TEST(Driver, FactorsAgainOnASolveOnlyAfterTheFactorWasReleased) {
   EXPECT_EQ(call(pt, -1), 0);
 }
 
-TEST(Driver, SolvesWithTheFactorThatIsThereWhicheverSignTheCallNames) {
+TEST(SparseDriver, SolvesWithTheFactorThatIsThereWhicheverSignTheCallNames) {
   for (const int type : {2, -2}) {
     PointerBlock pt;
     Call call{.matrix_type = type};
@@ -100,7 +100,7 @@ TEST(Driver, SolvesWithTheFactorThatIsThereWhicheverSignTheCallNames) {
   }
 }
 
-TEST(Driver, ReleasesFactorsAtANewAnalysisAndReadsAnOrderOnlyWhenSwitched) {
+TEST(SparseDriver, ReleasesFactorsAtANewAnalysisAndReadsAnOrderOnlyWhenSwitched) {
   PointerBlock pt;
   Call call, other{.m = small_matrix(4, {{1, 2}, {3, 4}}), .matrix_type = -2, .neqns = 4};
   ASSERT_EQ(call(pt, 12), 0);
@@ -119,7 +119,7 @@ TEST(Driver, ReleasesFactorsAtANewAnalysisAndReadsAnOrderOnlyWhenSwitched) {
   EXPECT_EQ(other(pt, -1), 0);
 }
 
-TEST(Driver, CutsNarrowerPanelsForFiveProcessors) {
+TEST(SparseDriver, CutsNarrowerPanelsForFiveProcessors) {
   std::vector<double> x[2];
   for (const int processors : {4, 5}) {
     PointerBlock pt;

@@ -72,8 +72,11 @@ static void expect_supernodes(const FactorStructure& f, const Lists& rows) {
     ASSERT_EQ(t.ncolupd(K), updates[K]);
     ASSERT_EQ(children[K], std::vector<int>(t.child.begin() + t.xchild(K) - 1,
                                             t.child.begin() + t.xchild(K + 1) - 1));
-    ASSERT_TRUE(up[K] > 0 && down[K] > 0);
-    for (const int c : children[K]) ASSERT_TRUE(up[c] < up[K] && down[c] > down[K]);
+    ASSERT_GT(std::min(up[K], down[K]), 0) << "supernode " << K << " is missing in an order";
+    for (const int c : children[K]) {
+      ASSERT_LT(up[c], up[K]) << "child " << c << " of " << K;
+      ASSERT_GT(down[c], down[K]) << "child " << c << " of " << K;
+    }
   }
 }
 

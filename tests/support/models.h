@@ -62,7 +62,7 @@ inline void set_studs(Model& m, const TableRows& rows) {
 inline void set_supports(Model& m, const Positions& positions) {
   set_rows(rows_at(positions, {}), m.nsupp, m.supp_pos);
 }
-// Bars of 5 in^2 where nothing else is told; stiffeners of 6 by 0.5 in.
+// Bars of 5 in^2 where no area is given; stiffeners of 6 by 0.5 in.
 inline void add_ibraces(Model& m, const Positions& positions, double type = 1) {
   set_rows(rows_at(positions, {type, 5}), m.nibrace, m.ib_pos, m.ib_type, m.ib_area);
 }
@@ -78,7 +78,7 @@ inline void add_laterals(Model& m, TableRows rows) {
   set_rows(rows, m.nlat, m.lat_type, m.lat_from, m.lat_to, m.lat_area);
 }
 
-// Internal braces every step inches, the ends left out, and where laterals are wanted both
+// Internal braces every step inches, the ends left out, and with Laterals::CROSSED both
 // diagonals in every panel, rows 2p-1 (type 1) and 2p (type 2).
 enum class Laterals { NONE, CROSSED };
 inline void brace_every(Model& m, int step, Laterals laterals = Laterals::NONE) {

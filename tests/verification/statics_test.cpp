@@ -10,7 +10,7 @@ using namespace zelvo;
 
 static constexpr double LOAD = 3.0 / 12;  // kip/in
 
-TEST(SimpleSpan, ReactionsOfAPartLoadFollowTheLever) {
+TEST(Statics, ReactionsOfAPartLoadFollowTheLever) {
   Model m = braced_span(720);
   set_stages(m, {240, 480}, 1);
   m.pour_load(1, 2) = 0;
