@@ -228,16 +228,24 @@ void weigh_bracing(const Structure& structure, double share, const Vector<double
   nature.shares.bracing = share;
   if (!(share > 0.5)) return;
   const SectionPattern& section = *structure.section;
-  int largest = 1;
+  const auto station = [&](int node) { return (node - 1) / section.nodes + 1; };
+  const auto girder = [&](int node) {
+    return section.girders == 2 && (node - 1) % section.nodes + 1 >= section.girder[1].first ? 2
+                                                                                             : 1;
+  };
+  int most = 1;
   for (int node = 2; node <= work.size(); ++node)
-    if (work(node) > work(largest)) largest = node;
-  const int m = (largest - 1) % section.nodes + 1;
+    if (work(node) > work(most)) most = node;
+  Largest at{girder(most), 0, station(most), 0, 0};
+  for (int node = 1; node <= work.size(); ++node) {
+    at.all += work(node);
+    if (station(node) == at.station && girder(node) == at.girder) at.value += work(node);
+  }
   nature.kind = ModeKind::FRAME;
   nature.share = std::min(share, 1.0);
-  nature.girder = section.girders == 2 && m >= section.girder[1].first ? 2 : 1;
   nature.side = 0;
-  nature.position = STATION_SPACING * ((largest - 1) / section.nodes);
   nature.remark = FRAME_REMARK;
+  place(at, nature);
 }
 
 }  // namespace zelvo

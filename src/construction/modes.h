@@ -26,7 +26,8 @@ struct ModeNature {
   ModeKind kind = ModeKind::GIRDER;
   ModeShares shares;
   double share = 0;          // of the kind that the mode is called by, 0 to 1
-  double local = 0;          // part of the kind's measure in the girder, plate and side named here
+  double local = 0;          // part of the kind's measure in the girder, plate and side named here;
+                             // FRAME: of the bracing's work at the place named here
   int girder = 0;            // 1 or 2, where it is largest
   Plate plate = Plate::WEB;  // for PLATE: which one; TOP_FLANGE for FLANGE
   int side = 0;              // of webs and top flanges: 1 left, 2 right; else 0
