@@ -10,33 +10,20 @@
 
 #include "buckling/check.h"
 #include "buckling/quality.h"
-#include "model/structure.h"
+#include "construction/modes.h"
 #include "shell/kernel.h"
 
 namespace zelvo {
-
-enum class ModeKind { PLATE, FLANGE, FRAME, GIRDER };
-
-// What buckles in a mode, and where.
-struct ModeNature {
-  ModeKind kind = ModeKind::GIRDER;
-  double share = 0;          // of the mode's measure that says so, 0 to 1
-  int girder = 0;            // 1 or 2, where it is largest
-  Plate plate = Plate::WEB;  // for PLATE: which one
-  int side = 0;              // for PLATE webs and FLANGE: 1 left, 2 right
-  double position = 0;       // inches along the reference line, where it is largest
-  std::string remark;        // what the reader has to know of such a mode
-};
 
 // One check of one stage.
 struct HistoryCheck {
   EigenOutcome outcome;
   BucklingModes modes;
-  Vector<PairQuality> quality;     // (nev)
-  std::vector<ModeNature> nature;  // (nev)
+  Vector<PairQuality> quality;     // (nev) of the pairs found; empty where none were
+  std::vector<ModeNature> nature;  // the same
 };
 
-// Kind 1, tolerance 1e-6.
+// Two modes by kind 1, tolerance 1e-6.
 constexpr EigenOptions SHARP_CHECK{2, 1, 1.0e-6, 0.0};
 
 // The stiffness of a stage and a solver that holds its factors.
@@ -45,18 +32,27 @@ struct FactoredStiffness {
   SolverHandle* factors;
 };
 
-// What a check works in: KG is overwritten by the negated geometric stiffness.
+// What a check works in. KG has the pattern of K and is overwritten.
 struct CheckWork {
   LastInverse& last;
   SymmetricMatrix& KG;
 };
 
-// The check of a stiffness under the stresses of the displacements U, for steel of analysis k.
+// The check of a stiffness under the stresses of the displacements U, for steel of analysis k:
+//   history     K_k, U the sum of the stages' displacements
+//   batch rule  K_k, U = K_k^-1 (sum of the loads)
+//   softest     K of the softest model, U = K^-1 (sum of the loads)
+// options of kind 1: the smallest positive factors. Without stress (U = 0) nothing is found.
 HistoryCheck check_state(const Structure& structure, const FactoredStiffness& stiffness,
                          const Vector<double>& U, int k, const EigenOptions& options,
                          CheckWork& work);
 
-// What buckles in a shape x (n).
-ModeNature mode_nature(const Structure& structure, const double* x);
+// What the factors mean to a reader, each remark one clause: a factor below 1 or a negative one,
+// modes that have not converged or are not sharp, and a check that found none.
+std::vector<std::string> check_remarks(const HistoryCheck& check);
+
+// The model with every deck segment at its softest: in each stage the smallest modulus and the
+// smallest stud stiffness that the segment has in any.
+Model softest_model(const Model& model);
 
 }  // namespace zelvo

@@ -7,14 +7,11 @@
 
 #include "buckling/quality.h"
 #include "control/console_lines.h"
+#include "support/dense.h"
 #include "support/models.h"
 #include "support/run.h"
 
 using namespace zelvo;
-
-extern "C" void dsygv_(const int* itype, const char* jobz, const char* uplo, const int* n,
-                       double* a, const int* lda, double* b, const int* ldb, double* w,
-                       double* work, const int* lwork, int* info);
 
 namespace {
 
@@ -63,29 +60,6 @@ Check run_check(const Problem& p, const EigenOptions& options, double untouched 
   return c;
 }
 
-std::vector<double> dense(const SymmetricMatrix& A) {
-  const MatrixPattern& p = *A.pattern;
-  const auto n = static_cast<std::size_t>(p.n);
-  std::vector<double> a(n * n);
-  for (int r = 1; r <= p.n; ++r)
-    for (int t = p.ia(r); t < p.ia(r + 1); ++t)
-      a[static_cast<std::size_t>(r - 1) + n * static_cast<std::size_t>(p.ja(t) - 1)] = A.values(t);
-  return a;
-}
-
-// The factors by the smallest mu of KG x = mu K x, as -1/mu, smallest first.
-std::vector<double> dense_factors(const Problem& p, std::size_t count) {
-  std::vector<double> a = dense(p.KG), b = dense(p.K);
-  const int n = p.K.n(), itype = 1, lwork = 64 * n;
-  std::vector<double> w(static_cast<std::size_t>(n)), work(static_cast<std::size_t>(lwork));
-  int info = 0;
-  dsygv_(&itype, "N", "U", &n, a.data(), &n, b.data(), &n, w.data(), work.data(), &lwork, &info);
-  EXPECT_EQ(info, 0);
-  w.resize(count);
-  for (double& mu : w) mu = -1 / mu;
-  return w;
-}
-
 // |cosine| of two shapes.
 double likeness(const Check& a, const Check& b, int mode) {
   double xx = 0, xy = 0, yy = 0;
@@ -102,7 +76,7 @@ double likeness(const Check& a, const Check& b, int mode) {
 
 TEST(BucklingCheck, GivesTheFactorsOfADenseEigensolver) {
   const Problem p = make_problem(3);
-  const std::vector<double> exact = dense_factors(p, 3);
+  const std::vector<double> exact = dense_factors(p.K, p.KG, 3);
   const Check c = run_check(p, {3, 1, 1e-12, 0});
   for (int m = 1; m <= 3; ++m)
     EXPECT_NEAR(c.factor(m) / exact[static_cast<std::size_t>(m - 1)], 1, 1e-8) << m;
