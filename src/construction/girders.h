@@ -7,7 +7,8 @@
 namespace zelvo {
 
 // Resultants of the girders, the laterals and the whole, and the strips' stresses at mid-thickness,
-// of analysis k under the displacements U, into q.
+// of analysis k under the displacements U, into q: girders, own, bracing, whole, mid22, mid12 and
+// the stresses for design that follow.
 void recover_girders(const Model& model, const Structure& structure, const Vector<double>& U, int k,
                      LastInverse& last, Quantities& q);
 

@@ -21,9 +21,12 @@ struct GirderMotion {
   Matrix<double> differential;           // (nstn,girders-1) deflection of girder 1 less girder 2
 };
 
-// Stress resultants of one part of a cross-section at every section, about one point of the section.
+// Stress resultants of one part of a cross-section at every section, about one point of the section:
+// the force and the moment that the part beyond the section exerts on the part before it.
 struct Resultants {
-  Matrix<double> N, V, M, L, T;  // (nbay+1,parts) axial, shear, bending, lateral bending, torque
+  Matrix<double> N, V, H;  // (nbay+1,parts) axial (tension), shear up, lateral shear to the right
+  Matrix<double> M, L, T;  // (nbay+1,parts) bending (sagging), lateral bending (tension on the
+                           // right), torque (clockwise seen along the girder)
 };
 
 // All that is summed and enveloped.
@@ -34,19 +37,20 @@ struct Quantities {
   Matrix<double> bearings;  // (nsupp,2 girders) left and right bearing; no rows without spacing
   Matrix<double> section;   // (nbay+1,3) shear, moment, torque as the batch program has them
   Resultants girders;       // of each girder about the section's common point
-  Resultants own;           // of each girder about its own point
-  Resultants bracing;       // (nbay+1,1) of the laterals that cross the section, common point
-  Resultants whole;         // (nbay+1,1) girders and bracing together, common point
+  Resultants own;           // of each girder about its own point, the middle between its web tops
+  Resultants bracing;       // of the laterals of each girder that cross the section, common point
+  Resultants whole;         // one column: girders and bracing together, common point
   Matrix<double> s22, s12;  // (strips,nbay) as the batch program has them: second thickness point
-  Matrix<double> mid22, mid12;              // (strips,nbay) at mid-thickness
-  Matrix<double> flange_mean, flange_bend;  // (nbay,2 girders) top flanges: f_bu, f_l
-  Matrix<double> bottom_mean;               // (nbay,girders)
-  Matrix<double> bottom_high, bottom_low;   // (nbay,girders) extremes over the strips: not linear
-  Matrix<double> web_shear;                 // (nbay,2 girders) largest magnitude over the strips of
-                                            // a web, with its sign: not linear
-  Matrix<double> internal;                  // (4,nibel)
-  Matrix<double> external;                  // (5,nebel)
-  Matrix<double> laterals;                  // (1,nlatel)
+  Matrix<double> mid22, mid12;             // (strips,nbay) at mid-thickness
+  Matrix<double> flange_mean;              // (nbay,2 girders) top flanges, left and right: f_bu
+  Matrix<double> flange_bend;              // the same: f_l, positive with tension at the right tip
+  Matrix<double> bottom_mean;              // (nbay,girders)
+  Matrix<double> bottom_high, bottom_low;  // (nbay,girders) extremes over the strips: not linear
+  Matrix<double> web_shear;                // (nbay,2 girders) largest magnitude over the strips of
+                                           // a web, positive like V: not linear
+  Matrix<double> internal;                 // (4,nibel)
+  Matrix<double> external;                 // (5,nebel)
+  Matrix<double> laterals;                 // (1,nlatel)
 };
 
 // Visits every table, always in the same order, with its name.
@@ -68,18 +72,20 @@ void each_table(Q& q, Visit visit) {
   visit("reaction_couple", q.couple);
   visit("bearings", q.bearings);
   visit("section", q.section);
-  const auto resultants = [&](const char* n, const char* v, const char* m, const char* l,
-                              const char* t, auto& r) {
+  const auto resultants = [&](const char* n, const char* v, const char* h, const char* m,
+                              const char* l, const char* t, auto& r) {
     visit(n, r.N);
     visit(v, r.V);
+    visit(h, r.H);
     visit(m, r.M);
     visit(l, r.L);
     visit(t, r.T);
   };
-  resultants("girder_N", "girder_V", "girder_M", "girder_L", "girder_T", q.girders);
-  resultants("own_N", "own_V", "own_M", "own_L", "own_T", q.own);
-  resultants("bracing_N", "bracing_V", "bracing_M", "bracing_L", "bracing_T", q.bracing);
-  resultants("whole_N", "whole_V", "whole_M", "whole_L", "whole_T", q.whole);
+  resultants("girder_N", "girder_V", "girder_H", "girder_M", "girder_L", "girder_T", q.girders);
+  resultants("own_N", "own_V", "own_H", "own_M", "own_L", "own_T", q.own);
+  resultants("bracing_N", "bracing_V", "bracing_H", "bracing_M", "bracing_L", "bracing_T",
+             q.bracing);
+  resultants("whole_N", "whole_V", "whole_H", "whole_M", "whole_L", "whole_T", q.whole);
   visit("s22", q.s22);
   visit("s12", q.s12);
   visit("mid22", q.mid22);

@@ -56,6 +56,13 @@ struct SectionPattern {
   StudLink link[MAX_LINKS];  // link[l - 1] is link l
 };
 
+// Girder (from 0) that strip e belongs to: its own steel, and the deck on its side of the middle.
+constexpr int girder_of_strip(const SectionPattern& s, int e) {
+  const int before = e <= s.deck_strips ? 0 : s.deck_strips;
+  const int count = e <= s.deck_strips ? s.deck_strips : s.strips - s.deck_strips;
+  return (e - before - 1) * s.girders / count;
+}
+
 namespace pattern_detail {
 
 constexpr void add_strip(SectionPattern& s, int p, int m, int q, Plate plate) {

@@ -9,11 +9,7 @@ namespace zelvo {
 
 namespace {
 
-// Element nodes of an edge: its ends and its middle.
-constexpr int BEGIN_NODES[3] = {1, 2, 5}, END_NODES[3] = {3, 4, 7};
-constexpr const int (&edge_nodes(Edge edge))[3] {
-  return edge == Edge::BEGIN ? BEGIN_NODES : END_NODES;
-}
+constexpr int CENTRE = 5;  // of the points of the surface
 
 double component(const double* v, const Vec3& a) { return v[0] * a(1) + v[1] * a(2) + v[2] * a(3); }
 
@@ -32,21 +28,45 @@ struct SectionSums {
   double shear = 0, moment = 0, torque = 0;  // kips, kip-inches
 };
 
-// Adds the forces of an element's edge about the reference point ref.
-void add_edge(bool curved, const ShellWork& w, Edge edge, const EdgeForces& f, const double* ref,
+// Adds the forces of an element's edge about the reference point of the section.
+void add_edge(bool curved, const ShellWork& w, const SectionCut& cut, const EdgeForces& f,
               SectionSums& sums) {
-  // At the first section the girder is seen from its other side.
-  const double sign = edge == Edge::BEGIN ? -1 : 1;
+  const double sign = cut.sign();
   for (int n = 1; n <= 3; ++n) {
-    const double* const p = &w.exyz(1, edge_nodes(edge)[n - 1]);
-    const double dy = p[1] - ref[1], dx = arm_across(curved, p, ref);
+    const double* const p = &w.exyz(1, edge_nodes(cut.edge)[n - 1]);
+    const double dy = p[1] - cut.ref[1], dx = arm_across(curved, p, cut.ref);
     sums.shear += sign * f.force(3, n);
     sums.moment += sign * (f.moment(1, n) - dy * f.force(2, n));
     sums.torque += sign * (f.moment(2, n) + dy * f.force(1, n) + dx * f.force(3, n));
   }
 }
 
+// At the centre of a shell and its second thickness point.
+struct StripStresses {
+  double s22, s12;
+};
+StripStresses strip_stresses(const ShellWork& w, const ShellVector& d, LastInverse& last) {
+  FixedMatrix<double, 6, SHELL_DOFS> S;
+  shell_stress_op(w, CENTRE, 2, last, S);
+  StripStresses s{0, 0};
+  for (int j = 1; j <= SHELL_DOFS; ++j) {
+    s.s22 += S(2, j) * d(j);
+    s.s12 += S(4, j) * d(j);
+  }
+  return s;
+}
+
 }  // namespace
+
+SectionCut section_cut(const Structure& structure, int j) {
+  const SectionPattern& section = *structure.section;
+  const Nodes& nodes = structure.nodes;
+  const int station = 2 * j * section.nodes, first = station + 1;
+  return {{column3(nodes.vt1, first), column3(nodes.vt2, first), column3(nodes.vn, first)},
+          nodes.xyz.column(station + section.deck_reference),
+          j == 0 ? Edge::BEGIN : Edge::END,
+          section.strips * (j > 0 ? j - 1 : 0)};
+}
 
 // Node forces are ke d, formed point by point as B' (stress): the same sums without the matrix.
 void shell_edge_forces(const ShellWork& w, const ShellVector& d, Edge edge,
@@ -69,22 +89,19 @@ void shell_edge_forces(const ShellWork& w, const ShellVector& d, Edge edge,
     }
   }
 
-  FixedMatrix<double, 6, SHELL_DOFS> S;
-  shell_stress_op(w, 5, 2, last, S);
-  out.s22 = out.s12 = 0;
-  for (int j = 1; j <= SHELL_DOFS; ++j) {
-    out.s22 += S(2, j) * d(j);
-    out.s12 += S(4, j) * d(j);
-  }
+  const auto mean = [&](int row) {
+    const double* const at = stress.local[row - 1];
+    return (at[lane_of(CENTRE, 1)] + at[lane_of(CENTRE, 2)]) / 2;
+  };
+  out.mid22 = mean(2);
+  out.mid12 = mean(4);
 }
 
-// The frame of a section is that of its first node, its reference the middle of the deck. Without a
-// bay there is no force.
+// Without a bay there is no force.
 SectionResults section_results(const Model& model, const Structure& structure,
                                const Vector<double>& U, int k, LastInverse& last) {
   assert(1 <= k && k <= model.nanal && U.size() == NDOF * structure.nodes.nnode);
   const SectionPattern& section = *structure.section;
-  const Nodes& nodes = structure.nodes;
   const int nbay = model.nbay();
   SectionResults r{Vector<double>(nbay + 1), Vector<double>(nbay + 1), Vector<double>(nbay + 1),
                    Matrix<double>(section.strips, nbay), Matrix<double>(section.strips, nbay)};
@@ -92,21 +109,17 @@ SectionResults section_results(const Model& model, const Structure& structure,
   ShellVector d;
   EdgeForces f;
   for (int j = 0; j <= nbay; ++j) {
-    const int station = 2 * j * section.nodes, first = station + 1;
-    const SectionFrame frame{column3(nodes.vt1, first), column3(nodes.vt2, first),
-                             column3(nodes.vn, first)};
-    const double* const ref = nodes.xyz.column(station + section.deck_reference);
-    const Edge edge = j == 0 ? Edge::BEGIN : Edge::END;
-    const int before = section.strips * (j > 0 ? j - 1 : 0);
+    const SectionCut cut = section_cut(structure, j);
     SectionSums sums;
     for (int e = 1; e <= section.strips && nbay > 0; ++e) {
-      gather_shell(structure, k, before + e, w);
-      gather_displacements(structure.elements, U, before + e, d);
-      shell_edge_forces(w, d, edge, frame, last, f);
-      add_edge(model.curved(), w, edge, f, ref, sums);
+      gather_shell(structure, k, cut.before + e, w);
+      gather_displacements(structure.elements, U, cut.before + e, d);
+      shell_edge_forces(w, d, cut.edge, cut.frame, last, f);
+      add_edge(model.curved(), w, cut, f, sums);
+      const StripStresses s = strip_stresses(w, d, last);
       if (j == 0) continue;
-      r.s22(e, j) = f.s22;
-      r.s12(e, j) = f.s12;
+      r.s22(e, j) = s.s22;
+      r.s12(e, j) = s.s12;
     }
     r.shear(j + 1) = sums.shear;
     r.moment(j + 1) = sums.moment;

@@ -30,6 +30,14 @@ double roller_penalty(const SymmetricMatrix& K) {
 
 }  // namespace
 
+PlanHold plan_hold(const Model& model, const Structure& structure, int i) {
+  const bool pinned = i <= GirderPattern::BOTTOM_NODES * structure.section->girders;
+  const bool centre = (i - 1) % GirderPattern::BOTTOM_NODES == GirderPattern::BOTTOM_NODES / 2;
+  if (pinned) return centre ? PlanHold::FIXED : PlanHold::FREE;
+  if (!model.curved()) return PlanHold::ACROSS;
+  return centre ? PlanHold::RADIAL : PlanHold::FREE;
+}
+
 double apply_supports(const Model& model, const Structure& structure, SymmetricMatrix& K) {
   assert(K.n() == NDOF * structure.nodes.nnode);
   const double penalty = roller_penalty(K);
@@ -37,15 +45,14 @@ double apply_supports(const Model& model, const Structure& structure, SymmetricM
   const int nline = GirderPattern::BOTTOM_NODES * structure.section->girders;
   for (int i = 1; i <= elements.nfix; ++i) {
     const int n = elements.fixnode(i);
-    const bool pinned = i <= nline;
-    const bool centre = (i - 1) % GirderPattern::BOTTOM_NODES == GirderPattern::BOTTOM_NODES / 2;
+    const PlanHold hold = plan_hold(model, structure, i);
     add_diagonal(K, n, 2, BIG);
-    if (pinned && centre) {
+    if (hold == PlanHold::FIXED) {
       add_diagonal(K, n, 1, BIG);
       add_diagonal(K, n, 3, BIG);
-    } else if (!pinned && !model.curved()) {
+    } else if (hold == PlanHold::ACROSS) {
       add_diagonal(K, n, 1, penalty);
-    } else if (!pinned && centre) {
+    } else if (hold == PlanHold::RADIAL) {
       hold_radius(K, n, model.supp_pos(1 + (i - 1) / nline) / model.rcurv, penalty);
     }
   }

@@ -8,6 +8,11 @@ namespace zelvo {
 // reactions are read back from the displacements it leaves.
 constexpr double BIG = 1.0e20;
 
+// How entry i of the restrained nodes is held in plan, besides its vertical penalty: not at all; in
+// x and z at BIG; in x by the penalty of the rollers; along the radius by that.
+enum class PlanHold { FREE, FIXED, ACROSS, RADIAL };
+PlanHold plan_hold(const Model& model, const Structure& structure, int i);
+
 // Holds the restrained nodes: y of all nine bottom flange nodes of a support line at BIG; x and z of
 // the centre node too at the first (pinned) support. Rollers, all other supports, are held across
 // the girder by 1000 times the largest value that K stores on entry: in a straight model every node
