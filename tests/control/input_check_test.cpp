@@ -117,7 +117,9 @@ TEST(InputCheck, SurvivesDamagedFiles) {
     }
     Input in;
     const ReadOutcome outcome = read_input(text, in);
-    if (outcome == ReadOutcome::INPUT_ERROR) EXPECT_FALSE(in.notes.faults.empty()) << text;
+    if (outcome == ReadOutcome::INPUT_ERROR) {
+      EXPECT_FALSE(in.notes.faults.empty()) << text;
+    }
     if (outcome != ReadOutcome::COMPLETE) continue;
     check_input(in);
     if (in.notes.faults.empty()) doubt_input(in);

@@ -58,7 +58,9 @@ static void compare(const Lines& e, const Lines& a, double rtol, const std::stri
     const Lines we = words(e[i]), wa = words(a[i]);
     const std::string lines = what + ", line " + std::to_string(i + 1) + "\n" + e[i] + "\n" + a[i];
     ASSERT_EQ(we.size(), wa.size()) << lines;
-    if (e[i].find('.') != std::string::npos) ASSERT_EQ(e[i].size(), a[i].size()) << lines;
+    if (e[i].find('.') != std::string::npos) {
+      ASSERT_EQ(e[i].size(), a[i].size()) << lines;
+    }
     for (std::size_t j = 0; j < we.size(); ++j)
       ASSERT_TRUE(agree(we[j], wa[j], rtol)) << we[j] << " " << wa[j] << " in " << lines;
   }
