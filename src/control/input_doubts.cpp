@@ -79,7 +79,7 @@ void doubt_lengths(Input& in) {
 // A web element ends on a vertical director at the web top or foot and stands on the normal of the
 // web elsewhere. With c = (bottom - top half width) / width of the web and the shape function N of
 // the end node at the Gauss point next to it, N = (0.6 + sqrt(0.6)) / 2, the director there has the
-// part 1 - N (1 + c) along the normal. With its change over the element and through the thickness
+// share 1 - N (1 + c) along the normal. With its change over the element and through the thickness
 // t, the Jacobian of an element of half length h is not positive if
 //   h (1 - N (1 + c)) <= t / (2 sqrt(3)) dN sqrt(1 - c^2),  dN = sqrt(0.6) + 1/2 = |N'|.
 bool webs_fold(const Model& m) {
