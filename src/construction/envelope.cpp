@@ -53,6 +53,7 @@ Envelope envelope_of(const std::vector<const Quantities*>& stages) {
   Envelope e;
   if (stages.empty()) return e;
   std::vector<Tables> tables;
+  tables.reserve(stages.size());
   for (const Quantities* q : stages) tables.push_back(tables_of(*q));
   e.high = e.low = *stages[0];
   find_all(tables, 1, e.high, e.high_stage);

@@ -45,6 +45,12 @@ std::string conversion_fault(const ValueFault& fault, const std::string& name) {
   return name + " cannot be converted" + value + fault.expected;
 }
 
+// What a keyword in the place of a value means.
+std::string keyword_fault(const ValueFault& fault, const std::string& name) {
+  return "a keyword stands in the place of the " + name + " (" + fault.text + "), must be " +
+         fault.expected + "; a count above may be too large, or a row short of a value";
+}
+
 // One record. Its faults are noted under the names of its values.
 Flow take(BlockReader& b, Names names, std::initializer_list<Target> targets) {
   std::vector<ValueFault> faults;
@@ -55,10 +61,7 @@ Flow take(BlockReader& b, Names names, std::initializer_list<Target> targets) {
     b.in.bad_value = true;
     if (f.first_on_line &&
         (find_keyword(f.text) != NO_KEYWORD || std::string_view(f.text) == END_KEYWORD)) {
-      add_fault(b.in.notes, f.line,
-                where + "a keyword stands in the place of the " + name + " (" + f.text +
-                    "), must be " + f.expected +
-                    "; a count above may be too large, or a row short of a value");
+      add_fault(b.in.notes, f.line, where + keyword_fault(f, name));
       go_back_to(b.records, f);
       return Flow::LEAVE_BLOCK;
     }

@@ -190,7 +190,7 @@ int solver_create(SolverHandle*& handle, std::uint32_t options) {
                           {o.stray, BAD_OPTION},
                           {!wrong && handle == nullptr, NO_MEMORY}};
   const int code = report(o.msg_level, o.term_level, checks);
-  if (code != 0) return code;
+  if (handle == nullptr) return code;
   handle->msg_level = o.msg_level;
   handle->term_level = o.term_level;
   return 0;
