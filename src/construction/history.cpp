@@ -217,9 +217,11 @@ History construct(const Model& model, const HistoryOptions& options, const Progr
   allocate(h.structure, p);
   std::vector<const Quantities*> increments, totals;
   h.stage.reserve(static_cast<std::size_t>(std::max(model.nanal, 0)));
-  for (int k = 1; k <= model.nanal; ++k)
+  for (int k = 1; k <= model.nanal; ++k) {
     h.stage.push_back(
         construct_stage(h.structure, k, h.stage.empty() ? nullptr : &h.stage.back(), p));
+    if (options.stage_done) options.stage_done(h.stage.back(), p.U, p.total);
+  }
   for (const StageRecord& s : h.stage) {
     increments.push_back(&s.increment);
     totals.push_back(&s.total);

@@ -5,6 +5,7 @@
 // increment is the solution of a stage times its load factor, a total the sum of the increments up
 // to a stage. Nothing is scaled anew when concrete hardens.
 #pragma once
+#include <functional>
 #include <vector>
 
 #include "construction/buckling.h"
@@ -23,11 +24,19 @@ struct CheckChoice {
   bool softest = false;  // all loads on every segment at its softest, a comparison and no bound
 };
 
+struct StageRecord;
+
+// A stage that is done: its record, its unfactored displacements and the factored ones of all stages
+// so far, (5*nnode) each. Who throws here ends the pass.
+using StageDone = std::function<void(const StageRecord& record, const Vector<double>& U,
+                                     const Vector<double>& total)>;
+
 struct HistoryOptions {
   std::vector<double> load_factor;  // of each stage; 1 where none is given
   double bearing_spacing = 0;       // inches between the two bearings of a girder; 0: one bearing
   CheckChoice checks;
   EigenOptions eigen = SHARP_CHECK;  // kind 1
+  StageDone stage_done;              // called after each stage where it is given
 };
 
 struct StageRecord {

@@ -1,0 +1,46 @@
+#include "desk/job.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+
+#include "base/failures.h"
+#include "control/input_check.h"
+#include "control/input_doubts.h"
+
+namespace zelvo {
+
+namespace {
+
+std::string read_file(const std::string& path) {
+  std::error_code unknown;
+  if (std::filesystem::exists(path, unknown) && !std::filesystem::is_regular_file(path, unknown))
+    throw FileFailure{path, "not a regular file"};
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
+                                                             std::fclose);
+  if (file == nullptr) throw FileFailure{path, std::strerror(errno)};
+  std::string content;
+  char block[1 << 16];
+  std::size_t got;
+  while ((got = std::fread(block, 1, sizeof block, file.get())) > 0) content.append(block, got);
+  if (std::ferror(file.get())) throw FileFailure{path, std::strerror(errno)};
+  return content;
+}
+
+}  // namespace
+
+Job read_job(const std::string& path) {
+  Job job;
+  job.path = path;
+  job.content = read_file(path);
+  job.outcome = read_input(job.content, job.input);
+  if (job.outcome != ReadOutcome::COMPLETE) return job;
+  check_input(job.input);
+  job.annotations = read_annotations(job.content, job.input.model.nanal, job.input.notes);
+  if (job.input.notes.faults.empty()) doubt_input(job.input);
+  return job;
+}
+
+}  // namespace zelvo
