@@ -35,17 +35,6 @@ double residual(const RowBundles& rows, const SymmetricMatrix& K, const Vector<d
   return ff > 0 ? std::sqrt(rr / ff) : std::sqrt(rr);
 }
 
-void find_largest(const Model& model, const Matrix<double>& deflection, StageChecks& c) {
-  for (int g = 1; g <= deflection.cols(); ++g)
-    for (int s = 1; s <= deflection.rows(); ++s)
-      if (std::abs(deflection(s, g)) > std::abs(c.largest)) {
-        c.largest = deflection(s, g);
-        c.position = STATION_SPACING * (s - 1);
-      }
-  for (const Span& span : spans_of(model))
-    if (span.begin <= c.position && c.position <= span.end) c.span = span.end - span.begin;
-}
-
 double frame_volume(const BracePattern& brace, const Nodes& nodes, const Matrix<int>& conn,
                     const Vector<BarProperty>& prop) {
   double volume = 0;
@@ -71,6 +60,20 @@ double plate_volume(const PlateSegments& plates, double width) {
 
 }  // namespace
 
+LargestDeflection largest_deflection(const Model& model, const Matrix<double>& deflection) {
+  LargestDeflection largest;
+  for (int g = 1; g <= deflection.cols(); ++g)
+    for (int s = 1; s <= deflection.rows(); ++s)
+      if (std::abs(deflection(s, g)) > std::abs(largest.value)) {
+        largest.value = deflection(s, g);
+        largest.position = STATION_SPACING * (s - 1);
+      }
+  for (const Span& span : spans_of(model))
+    if (span.begin <= largest.position && largest.position <= span.end)
+      largest.span = span.end - span.begin;
+  return largest;
+}
+
 StageChecks check_stage(const Model& model, const Structure& structure, const RowBundles& rows,
                         const SymmetricMatrix& K, const Vector<double>& F,
                         const Vector<double>& U) {
@@ -83,7 +86,7 @@ StageChecks check_stage(const Model& model, const Structure& structure, const Ro
   const double off = std::abs(c.load - c.reactions - c.grounded);
   c.imbalance = c.load != 0 ? off / std::abs(c.load) : off;
   c.residual = residual(rows, K, F, U);
-  find_largest(model, station_displacements(model, structure, U).deflection, c);
+  c.largest = largest_deflection(model, station_displacements(model, structure, U).deflection);
   return c;
 }
 

@@ -5,6 +5,15 @@
 
 namespace zelvo {
 
+// A deflection of largest magnitude.
+struct LargestDeflection {
+  double value = 0;     // inches
+  double position = 0;  // inches
+  double span = 0;      // inches, of the span that holds it; 0 outside all spans
+};
+//   deflection  (nstn,girders)
+LargestDeflection largest_deflection(const Model& model, const Matrix<double>& deflection);
+
 // Of a stage's own solution, unfactored.
 struct StageChecks {
   double load = 0;       // kips, downward
@@ -12,9 +21,7 @@ struct StageChecks {
   double grounded = 0;   // kips, upward: what the mid nodes of the frames pass to the ground
   double imbalance = 0;  // |load - reactions - grounded| over the load, or over 1 kip without load
   double residual = 0;   // |F - K U| / |F| over the equations that no rigid support holds
-  double largest = 0;    // inches, largest deflection of a girder
-  double position = 0;   // inches, where it is
-  double span = 0;       // inches, of the span that holds it; 0 outside all spans
+  LargestDeflection largest;
 };
 
 // Checks of K U = F.

@@ -220,7 +220,7 @@ History construct(const Model& model, const HistoryOptions& options, const Progr
   for (int k = 1; k <= model.nanal; ++k) {
     h.stage.push_back(
         construct_stage(h.structure, k, h.stage.empty() ? nullptr : &h.stage.back(), p));
-    if (options.stage_done) options.stage_done(h.stage.back(), p.U, p.total);
+    if (options.stage_done) options.stage_done(h.structure, h.stage.back(), p.U, p.total);
   }
   for (const StageRecord& s : h.stage) {
     increments.push_back(&s.increment);

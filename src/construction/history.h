@@ -28,8 +28,8 @@ struct StageRecord;
 
 // A stage that is done: its record, its unfactored displacements and the factored ones of all stages
 // so far, (5*nnode) each. Who throws here ends the pass.
-using StageDone = std::function<void(const StageRecord& record, const Vector<double>& U,
-                                     const Vector<double>& total)>;
+using StageDone = std::function<void(const Structure& structure, const StageRecord& record,
+                                     const Vector<double>& U, const Vector<double>& total)>;
 
 struct HistoryOptions {
   std::vector<double> load_factor;  // of each stage; 1 where none is given
