@@ -5,6 +5,7 @@
 
 #include "base/failures.h"
 #include "base/platform.h"
+#include "desk/new.h"
 #include "desk/run.h"
 
 namespace zelvo {
@@ -34,14 +35,43 @@ void add_run(CLI::App& app, RunOptions& o, Command& chosen) {
   c->callback([&] { chosen = [&] { return run_command(o); }; });
 }
 
+void add_new(CLI::App& app, NewOptions& o, Command& chosen) {
+  CLI::App* c = app.add_subcommand("new", "Write a commented input file from a few figures");
+  BridgeSketch& s = o.sketch;
+  c->add_option("--spans", s.spans, "Spans in ft: 160,210,160")->delimiter(',');
+  c->add_option("--girders", s.girders, "1 or 2")->capture_default_str();
+  c->add_option("--radius", s.radius, "Radius of the reference line, ft; straight without it");
+  c->add_option("--spacing", s.spacing, "Between the centres of two girders, ft");
+  c->add_option("--depth", s.depth, "Bottom flange to top flanges, in");
+  c->add_option("--bottom-width", s.bottom_width, "Of the bottom flange, in");
+  c->add_option("--top-spacing", s.top_spacing, "Between the web tops, in");
+  c->add_option("--flange-width", s.flange_width, "Of a top flange, in");
+  c->add_option("--deck-width", s.deck_width, "Of the whole deck, ft");
+  c->add_option("--deck-thickness", s.deck_thickness, "in");
+  c->add_option("--frame-spacing", s.frame_spacing, "Between cross frames, ft");
+  c->add_option("--web", s.web, "Thickness in the spans, over supports, in")->delimiter(',');
+  c->add_option("--bottom", s.bottom, "The same of the bottom flange")->delimiter(',');
+  c->add_option("--top", s.top, "The same of the top flanges")->delimiter(',');
+  c->add_option("--order", s.order, "Of the segments: 1+5,3,2,4");
+  c->add_option("--barrier", s.barrier, "Load of the last stage, kip/ft")->capture_default_str();
+  c->add_option("--title", s.title, "Of the job");
+  c->add_flag("--buckle", s.buckle, "With a check of buckling in every stage");
+  c->add_option("--json", o.json, "File with these keys; they take precedence");
+  c->add_option("-o,--output", o.output, "File to write; standard output without it");
+  c->add_flag("--force", o.force, "Write over a file");
+  c->callback([&] { chosen = [&] { return new_command(o); }; });
+}
+
 int run_desk(int argc, char** argv) {
   CLI::App app("Steel tub girders during bridge construction: check, run, report, export.");
   app.name("zelvo-desk");
   app.set_version_flag("--version", "zelvo-desk " ZELVO_VERSION);
   app.require_subcommand(1);
   RunOptions run;
+  NewOptions sketch;
   Command chosen;
   add_run(app, run, chosen);
+  add_new(app, sketch, chosen);
   CLI11_PARSE(app, argc, argv);
   return chosen();
 }
