@@ -1,0 +1,156 @@
+#include "desk/check.h"
+
+#include <nlohmann/json.hpp>
+
+#include "base/failures.h"
+#include "base/text.h"
+#include "desk/draw.h"
+#include "desk/raw_lines.h"
+#include "desk/rules.h"
+#include "exchange/json.h"
+
+namespace zelvo {
+
+namespace {
+
+constexpr int EXIT_WARNINGS = 1, EXIT_ERRORS = 2;
+
+std::string count(int n, const char* what) {
+  return std::to_string(n) + " " + what + (n == 1 ? "" : "s");
+}
+
+std::string check_text(const Checked& c, const CheckResult& r) {
+  std::string text = understood_text(c, r.understood);
+  for (const Finding& f : r.findings) text += finding_lines(c.job.path, f);
+  if (c.job.input.notes.faults_left_out > 0)
+    text += c.job.path + ": and " + std::to_string(c.job.input.notes.faults_left_out) +
+            " more faults\n";
+  text += count(r.errors, "error") + ", " + count(r.warnings, "warning") + ".";
+  if (r.understood.weighed) text += " " + effort_text(r.understood.effort);
+  return text + "\n";
+}
+
+Json value_or_null(bool known, double value) { return known ? Json(value) : Json(); }
+
+Json bridge_json(const Understood& u) {
+  Json spans = Json::array();
+  for (const Span& s : u.spans) spans.push_back(s.end - s.begin);
+  return {{"title", u.title},
+          {"girders", value_or_null(u.girders > 0, u.girders)},
+          {"length_in", value_or_null(u.length > 0, u.length)},
+          {"radius_in", value_or_null(u.radius > 0, u.radius)},
+          {"spans_in", spans},
+          {"steel_plates_kip", value_or_null(u.weighed, u.plates)},
+          {"bracing_kip", value_or_null(u.weighed, u.bracing.total())}};
+}
+
+Json stages_json(const Understood& u) {
+  Json stages = Json::array();
+  for (const StageSummary& s : u.stages)
+    stages.push_back({{"number", stages.size() + 1},
+                      {"name", s.name},
+                      {"loaded", s.loaded},
+                      {"kip", s.kips},
+                      {"kip_per_ft2", s.per_area},
+                      {"soft", s.soft},
+                      {"hard", s.hard}});
+  return stages;
+}
+
+Json findings_json(const std::vector<Finding>& findings) {
+  Json list = Json::array();
+  for (const Finding& f : findings)
+    list.push_back({{"line", f.line},
+                    {"severity", f.error ? "error" : "warning"},
+                    {"keyword", f.keyword == NO_KEYWORD ? Json() : Json(KEYWORD_NAMES[f.keyword])},
+                    {"rows", f.rows},
+                    {"text", finding_text(f)},
+                    {"consequences", f.consequences}});
+  return list;
+}
+
+Json moved_json(const Input& in) {
+  Json list = Json::array();
+  for (const MovedValue& v : in.moved)
+    list.push_back({{"line", v.line},
+                    {"keyword", KEYWORD_NAMES[v.keyword]},
+                    {"row", v.row},
+                    {"name", v.name},
+                    {"typed", v.typed},
+                    {"cut", v.cut}});
+  return list;
+}
+
+std::string check_json(const Job& job, const CheckResult& r) {
+  const Effort& e = r.understood.effort;
+  const bool sound = r.understood.weighed;
+  const Json all = {{"format", "zelvo-check"},
+                    {"version", 1},
+                    {"file", job.path},
+                    {"bridge", bridge_json(r.understood)},
+                    {"stages", stages_json(r.understood)},
+                    {"findings", findings_json(r.findings)},
+                    {"moved", moved_json(job.input)},
+                    {"errors", r.errors},
+                    {"warnings", r.warnings},
+                    {"equations", sound ? Json(e.equations) : Json()},
+                    {"memory_gb", value_or_null(sound, e.memory_gb)},
+                    {"seconds_per_stage", value_or_null(sound, e.stage_seconds)}};
+  // Bytes of the file that are no UTF-8 are replaced.
+  return all.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+CheckResult run_checks(Checked& c) {
+  CheckResult r;
+  take_notes(c);
+  check_lines(c);
+  r.understood = understand(c);
+  section_rules(c);
+  bracing_rules(c);
+  const Understood& u = r.understood;
+  pour_rules(c, u.weighed && u.length > 0 ? 12 * u.bracing.total() / u.length : 0);
+  settle(c);
+  for (const Finding& f : c.findings) ++(f.error ? r.errors : r.warnings);
+  r.findings = c.findings;
+  return r;
+}
+
+// A file without `end`: the reader takes nothing of it.
+int refused(const CheckOptions& options, const Job& job) {
+  Checked c{job};
+  take_notes(c);
+  if (job.outcome == ReadOutcome::EMPTY)
+    c.findings = {{0, true, NO_KEYWORD, {}, "the file is empty", {}, {}, {}}};
+  CheckResult r{{}, c.findings, 0, 0};
+  for (const Finding& f : c.findings) ++(f.error ? r.errors : r.warnings);
+  std::string text;
+  for (const Finding& f : c.findings) text += finding_lines(job.path, f);
+  console(options.json ? check_json(job, r) : text);
+  return EXIT_BAD_INPUT;
+}
+
+void write_drawing(const std::string& path, const Model& model) {
+  ResultFile file = open_file(path.c_str());
+  file.text = draw_bridge(model);
+  close_file(file);
+}
+
+}  // namespace
+
+CheckResult check_job(const Job& job) {
+  Checked c{job};
+  return run_checks(c);
+}
+
+int check_command(const CheckOptions& options) {
+  const Job job = read_job(options.path);
+  if (job.outcome != ReadOutcome::COMPLETE) return refused(options, job);
+  Checked c{job};
+  const CheckResult r = run_checks(c);
+  console(options.json ? check_json(job, r) : check_text(c, r));
+  if (!options.draw.empty() && job.sound()) write_drawing(options.draw, job.input.model);
+  if (r.errors > 0 || (options.strict && r.warnings > 0)) return EXIT_ERRORS;
+  return r.warnings > 0 ? EXIT_WARNINGS : 0;
+}
+
+}  // namespace zelvo

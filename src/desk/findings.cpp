@@ -1,0 +1,333 @@
+#include "desk/findings.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <set>
+#include <utility>
+
+namespace zelvo {
+
+namespace {
+
+constexpr std::size_t SHOWN_VALUES = 6, SHOWN_CONSEQUENCES = 4;
+
+void add(Checked& c, bool error, Keyword keyword, int row, std::string head, std::string value,
+         std::string tail) {
+  Finding f{place_of(c.job.input, keyword, row),
+            error,
+            keyword,
+            {},
+            std::move(head),
+            {},
+            std::move(tail),
+            {}};
+  if (row > 0) f.rows.push_back(row);
+  if (!value.empty()) f.values.push_back(std::move(value));
+  c.findings.push_back(std::move(f));
+}
+
+bool has(const std::string& text, std::string_view part) { return text.find(part) != text.npos; }
+
+// "keyword row 3: what (value), must be" into its parts.
+Finding from_note(const Note& note, bool error) {
+  Finding f{note.line, error, NO_KEYWORD, {}, note.text, {}, {}, {}};
+  const std::size_t colon = note.text.find(": ");
+  const Keyword keyword = find_keyword(note.text.substr(0, note.text.find_first_of(" :")));
+  if (colon == note.text.npos || keyword == NO_KEYWORD) return f;
+  f.keyword = keyword;
+  const std::size_t row = note.text.find(" row ");
+  if (row < colon) f.rows.push_back(std::atoi(note.text.c_str() + row + 5));
+  f.head = note.text.substr(colon + 2);
+  const std::size_t open = f.head.find(" ("), close = f.head.find(')', open);
+  if (f.rows.empty() || open == f.head.npos || close == f.head.npos) return f;
+  f.values.push_back(f.head.substr(open + 2, close - open - 2));
+  f.tail = f.head.substr(close);
+  f.head.resize(open + 2);
+  return f;
+}
+
+// The keyword that a word which is none may stand for; NO_KEYWORD if nothing comes to mind.
+Keyword guess(const Input& in, std::string word) {
+  for (char& ch : word)
+    if (ch >= 'A' && ch <= 'Z') ch = static_cast<char>(ch + 32);
+  static constexpr std::pair<const char*, Keyword> PARTS[] = {{"lateral", TOP_LATERAL},
+                                                              {"bracing", TOP_LATERAL},
+                                                              {"extern", EXTERNAL_BRACE},
+                                                              {"brace", INTERNAL_BRACE},
+                                                              {"frame", INTERNAL_BRACE},
+                                                              {"diaph", INTERNAL_BRACE},
+                                                              {"stiff", WEB_STIFFENER},
+                                                              {"supp", SUPPORT},
+                                                              {"bearing", SUPPORT},
+                                                              {"pier", SUPPORT},
+                                                              {"stud", STUDS},
+                                                              {"shear", STUDS},
+                                                              {"pour", POUR_SEQ},
+                                                              {"stage", POUR_SEQ},
+                                                              {"buck", BUCKLE},
+                                                              {"web", WEBTHICK},
+                                                              {"bot", BOTFTHICK},
+                                                              {"top", TFTHICK},
+                                                              {"rad", RCURV},
+                                                              {"curv", RCURV},
+                                                              {"len", LGBR},
+                                                              {"gird", NGIRD},
+                                                              {"sec", SECDIM},
+                                                              {"offs", OFFSET},
+                                                              {"spac", OFFSET},
+                                                              {"solv", SOLVER}};
+  for (const auto& [part, keyword] : PARTS)
+    if (has(word, part) && in.block[keyword].line == 0) return keyword;
+  return NO_KEYWORD;
+}
+
+// What the batch program's notes leave to be guessed.
+void add_hint(const Input& in, Finding& f) {
+  if (has(f.head, "unknown word") && !has(f.head, "perhaps")) {
+    const std::size_t open = f.head.rfind('(');
+    f.keyword = guess(in, f.head.substr(open));
+    if (f.keyword != NO_KEYWORD)
+      f.tail += ", perhaps the keyword " + std::string(KEYWORD_NAMES[f.keyword]) + " is meant";
+    f.keyword = NO_KEYWORD;
+  }
+  const std::string value = f.values.empty() ? std::string() : f.values.front();
+  if (!f.rows.empty() && has(f.head, "cannot be converted") && !value.empty() &&
+      std::string_view("!#*;%/").find(value.front()) != std::string_view::npos)
+    f.tail += "; a comment cannot stand between the rows of a table";
+  if (f.keyword == POUR_SEQ && has(f.head, "self-weight switch"))
+    f.tail +=
+        "; a row too many, or too small a number of stages: stages x segments rows are read (" +
+        std::to_string(in.model.npour) + " segments)";
+}
+
+std::string joined(const std::vector<std::string>& values, bool all) {
+  const std::set<std::string> different(values.begin(), values.end());
+  if (different.size() == 1) return values.front();
+  std::string text;
+  const std::size_t shown = all ? values.size() : std::min(values.size(), SHOWN_VALUES);
+  for (std::size_t i = 0; i < shown; ++i) text.append(i > 0 ? ", " : "").append(values[i]);
+  return shown < values.size() ? text + ", ..." : text;
+}
+
+// "row 3", "rows 1 to 4, 7".
+std::string row_list(const std::vector<int>& rows) {
+  std::string text = rows.size() == 1 ? "row " : "rows ";
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    std::size_t last = i;
+    while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1) ++last;
+    text.append(i > 0 ? ", " : "").append(std::to_string(rows[i]));
+    if (last > i) text.append(last == i + 1 ? ", " : " to ").append(std::to_string(rows[last]));
+    i = last;
+  }
+  return text;
+}
+
+void join_rows(std::vector<Finding>& findings) {
+  std::vector<Finding> joined;
+  for (Finding& f : findings) {
+    const auto same = std::find_if(joined.begin(), joined.end(), [&](const Finding& g) {
+      return !f.rows.empty() && !g.rows.empty() && f.keyword == g.keyword && f.error == g.error &&
+             f.head == g.head && f.tail == g.tail && f.values.size() <= 1;
+    });
+    if (same == joined.end()) {
+      joined.push_back(std::move(f));
+      continue;
+    }
+    if (std::find(same->rows.begin(), same->rows.end(), f.rows[0]) != same->rows.end()) continue;
+    same->rows.push_back(f.rows[0]);
+    same->values.insert(same->values.end(), f.values.begin(), f.values.end());
+    same->line = std::min(same->line, f.line);
+  }
+  findings = std::move(joined);
+}
+
+// What a finding says, as far as others may follow from it: told by its words.
+enum class Kind {
+  OTHER,
+  MISSPELT,   // a word that stands for a keyword
+  MISREAD,    // values taken from the wrong places
+  OTHER_SUM,  // the lists agree on another length than lgbr
+  MOVED,      // cut to the grid
+  MISSING,    // the keyword, or what it would hold
+  NO_SUM,     // segments do not fill the girder
+  OUTSIDE,    // positions beyond the girder
+  OVERHANGS   // of the deck
+};
+constexpr std::pair<const char*, Kind> KIND_WORDS[] = {
+    {"perhaps the keyword", Kind::MISSPELT},
+    {"of its values", Kind::MISREAD},
+    {"more numbers than", Kind::MISREAD},
+    {"on the line of the keyword", Kind::MISREAD},
+    {"a count above may be too small", Kind::MISREAD},
+    {"other lists", Kind::OTHER_SUM},
+    {" is cut to ", Kind::MOVED},
+    {"the keyword is missing", Kind::MISSING},
+    {"none is given", Kind::MISSING},
+    {"do not add up", Kind::NO_SUM},
+    {"outside the girder", Kind::OUTSIDE},
+    {"sticks out", Kind::OUTSIDE},
+    {"the deck is not wider", Kind::OVERHANGS},
+    {"overhang of the deck", Kind::OVERHANGS},
+};
+
+Kind kind_of(const Finding& f) {
+  const std::string text = finding_text(f);
+  for (const auto& [words, kind] : KIND_WORDS)
+    if (has(text, words)) return kind;
+  return Kind::OTHER;
+}
+
+// Whether g follows from the mistake f.
+bool follows(const Finding& f, const Finding& g, const Input& in) {
+  const Kind cause = kind_of(f), effect = kind_of(g);
+  const bool same = f.keyword == g.keyword && g.keyword != NO_KEYWORD;
+  switch (cause) {
+    case Kind::MISSPELT:
+      return effect == Kind::MISSING && g.keyword != NO_KEYWORD &&
+             has(finding_text(f), "keyword " + std::string(KEYWORD_NAMES[g.keyword]));
+    case Kind::MISREAD:
+      return same && effect != Kind::MISREAD && g.line >= in.block[g.keyword].line;
+    case Kind::OTHER_SUM:
+      return effect == Kind::NO_SUM || effect == Kind::OUTSIDE;
+    case Kind::MOVED:
+      return same && effect == Kind::NO_SUM;
+    default:
+      break;
+  }
+  if (f.keyword == NGIRD && f.keyword != g.keyword)
+    return g.keyword == EXTERNAL_BRACE || g.keyword == OFFSET || effect == Kind::OVERHANGS;
+  if (f.keyword == OFFSET && effect == Kind::OVERHANGS) return true;
+  if (!same || effect == Kind::MOVED) return false;
+  // Several findings about one line of single values; a fault of a row explains what else is odd.
+  if (f.rows.empty() && g.rows.empty()) return f.keyword != POUR_SEQ && f.line == g.line;
+  return f.error && !g.error && !f.rows.empty() && f.rows == g.rows;
+}
+
+// What may be the reason for others comes first.
+int rank(const Finding& f) {
+  const Kind kind = kind_of(f);
+  if (kind != Kind::OTHER && kind < Kind::MOVED) return 0;
+  if (kind == Kind::MOVED || f.keyword == NGIRD || f.keyword == OFFSET) return 1;
+  return f.error ? 2 : 3;
+}
+
+void sink_consequences(std::vector<Finding>& findings, const Input& in) {
+  std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
+    return std::pair(rank(a), a.line) < std::pair(rank(b), b.line);
+  });
+  for (std::size_t i = 0; i < findings.size(); ++i) {
+    for (std::size_t j = i + 1; j < findings.size();) {
+      if (!follows(findings[i], findings[j], in)) {
+        ++j;
+        continue;
+      }
+      findings[i].error = findings[i].error || findings[j].error;
+      findings[i].consequences.push_back(finding_text(findings[j]));
+      findings.erase(findings.begin() + static_cast<std::ptrdiff_t>(j));
+    }
+  }
+}
+
+}  // namespace
+
+int place_of(const Input& in, Keyword keyword, int row) {
+  if (keyword == NO_KEYWORD) return 0;
+  const BlockPlace& block = in.block[keyword];
+  if (row > 0) return block.rows[static_cast<std::size_t>(row - 1)].line;
+  return block.heads.empty() ? block.line : block.heads.front().line;
+}
+
+void warn(Checked& c, Keyword keyword, int row, std::string head, std::string value,
+          std::string tail) {
+  add(c, false, keyword, row, std::move(head), std::move(value), std::move(tail));
+}
+void refuse(Checked& c, Keyword keyword, int row, std::string head, std::string value,
+            std::string tail) {
+  add(c, true, keyword, row, std::move(head), std::move(value), std::move(tail));
+}
+
+std::string slip_hint(const Usual& usual, double value) {
+  std::string hint;
+  for (const Slip& slip : usual.slips) {
+    if (slip.hint == nullptr || has(hint, slip.hint)) continue;
+    const double meant = value * slip.factor;
+    if (meant >= usual.low && meant <= usual.high)
+      hint.append(hint.empty() ? ": " : ", ").append(slip.hint);
+  }
+  return hint.empty() ? hint : hint + "?";
+}
+
+bool expect(Checked& c, Keyword keyword, int row, const Usual& usual, double value) {
+  if (value >= usual.low && value <= usual.high) return true;
+  const std::string unit = usual.unit[0] == '\0' ? "" : std::string(" ") + usual.unit;
+  warn(c, keyword, row, std::string(usual.name) + " ", number(value),
+       unit + " is outside the usual " + number(usual.low) + " to " + number(usual.high) +
+           slip_hint(usual, value));
+  return false;
+}
+
+bool usable(const Checked& c, std::initializer_list<Keyword> keywords) {
+  const auto good = [](const RecordPlace& p) { return p.good; };
+  for (const Keyword k : keywords) {
+    const BlockPlace& block = c.job.input.block[k];
+    if (block.line > 0 &&
+        !(block.complete && std::all_of(block.heads.begin(), block.heads.end(), good) &&
+          std::all_of(block.rows.begin(), block.rows.end(), good)))
+      return false;
+    const auto faulty = [&](const Finding& f) { return f.error && f.keyword == k; };
+    if (std::any_of(c.findings.begin(), c.findings.end(), faulty)) return false;
+  }
+  return true;
+}
+
+void take_notes(Checked& c) {
+  const Input& in = c.job.input;
+  for (const Note& n : in.notes.faults) c.findings.push_back(from_note(n, true));
+  for (const Note& n : in.notes.warnings)
+    if (!n.text.ends_with(" on the grid") && !has(n.text, "cut to the grid"))
+      c.findings.push_back(from_note(n, false));
+  for (Finding& f : c.findings) add_hint(in, f);
+  for (const MovedValue& v : in.moved)
+    add(c, false, v.keyword, v.row, std::string(v.name) + " ",
+        std::to_string(v.typed) + " is cut to " + std::to_string(v.cut), "");
+}
+
+void settle(Checked& c) {
+  join_rows(c.findings);
+  sink_consequences(c.findings, c.job.input);
+  std::stable_sort(c.findings.begin(), c.findings.end(),
+                   [](const Finding& a, const Finding& b) { return a.line < b.line; });
+}
+
+std::string finding_text(const Finding& f) {
+  std::string text;
+  if (f.keyword != NO_KEYWORD) {
+    text = KEYWORD_NAMES[f.keyword];
+    if (!f.rows.empty()) text.append(" ").append(row_list(f.rows));
+    text.append(": ");
+  }
+  text += f.head;
+  const bool moved = !f.values.empty() && has(f.values.front(), "is cut to");
+  if (!f.values.empty()) text += joined(f.values, moved);
+  return text + f.tail;
+}
+
+std::string finding_lines(const std::string& path, const Finding& f) {
+  std::string out = path + ":";
+  if (f.line > 0) out += std::to_string(f.line) + ":";
+  out += std::string(f.error ? " error: " : " warning: ") + finding_text(f) + "\n";
+  for (std::size_t i = 0; i < std::min(f.consequences.size(), SHOWN_CONSEQUENCES); ++i)
+    out += "    so " + f.consequences[i] + "\n";
+  if (f.consequences.size() > SHOWN_CONSEQUENCES)
+    out += "    and " + std::to_string(f.consequences.size() - SHOWN_CONSEQUENCES) + " more\n";
+  return out;
+}
+
+std::string rounded(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.3g", value);
+  return text;
+}
+
+}  // namespace zelvo

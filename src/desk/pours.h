@@ -1,0 +1,31 @@
+// Stages and deck segments as an engineer speaks of them: letters, soft and hard, kips.
+#pragma once
+#include <string>
+
+#include "model/description.h"
+
+namespace zelvo {
+
+constexpr double HARD_MODULUS = 10;        // ksi, from which on concrete counts as hard
+constexpr double CONCRETE_DENSITY = 0.15;  // kip/ft3, with the reinforcement
+
+inline bool hard(const Model& m, int k, int j) { return m.pour_e(k, j) >= HARD_MODULUS; }
+
+// "A", ..., "Z", then "27"; of segment j.
+std::string segment_letter(int j);
+
+// Whether the loads of the stages act as loads per length: not for one girder under load patterns
+// other than 1 and 2.
+bool loads_act(const Model& m);
+
+// Weight of the wet deck, kip/ft of the bridge and kip/ft2.
+double deck_weight(const Model& m);
+double deck_weight_per_area(const Model& m);
+
+// Kips of stage k without the steel.
+double stage_load(const Model& m, int k);
+
+// Largest load of a segment in stage k, kip/ft2 of deck; 0 without load.
+double load_per_area(const Model& m, int k);
+
+}  // namespace zelvo
