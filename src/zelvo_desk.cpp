@@ -5,6 +5,7 @@
 
 #include "base/failures.h"
 #include "base/platform.h"
+#include "desk/check.h"
 #include "desk/new.h"
 #include "desk/run.h"
 
@@ -20,6 +21,14 @@ CLI::App* add_command(CLI::App& app, const char* name, const char* help, std::st
   path = INPUT_FILE;
   command->add_option("file", path, "Input file")->capture_default_str();
   return command;
+}
+
+void add_check(CLI::App& app, CheckOptions& o, Command& chosen) {
+  CLI::App* c = add_command(app, "check", "What an input says, and what is wrong with it", o.path);
+  c->add_flag("--strict", o.strict, "Warnings are errors");
+  c->add_flag("--json", o.json, "Findings as JSON");
+  c->add_option("--draw", o.draw, "SVG file for section and plan");
+  c->callback([&] { chosen = [&] { return check_command(o); }; });
 }
 
 void add_run(CLI::App& app, RunOptions& o, Command& chosen) {
@@ -67,9 +76,11 @@ int run_desk(int argc, char** argv) {
   app.name("zelvo-desk");
   app.set_version_flag("--version", "zelvo-desk " ZELVO_VERSION);
   app.require_subcommand(1);
+  CheckOptions check;
   RunOptions run;
   NewOptions sketch;
   Command chosen;
+  add_check(app, check, chosen);
   add_run(app, run, chosen);
   add_new(app, sketch, chosen);
   CLI11_PARSE(app, argc, argv);
