@@ -37,8 +37,8 @@ void check_areas(Checked& c, Keyword k, const Vector<double>& area) {
   for (int i = 1; i <= area.size(); ++i) {
     if (area(i) == 0 || !expect(c, k, i, AREA, area(i))) continue;  // 0 has been told of
     if (area.size() >= 4 && std::max(area(i) / common, common / area(i)) >= AREA_STEP)
-      warn(c, k, i, "area ", number(area(i)),
-           " in2 differs 5 times or more from most of the table (" + number(common) + ")");
+      warn(c, k, i, "area ", plain(area(i)),
+           " in2 differs 5 times or more from most of the table (" + plain(common) + ")");
   }
 }
 
@@ -55,7 +55,7 @@ void check_types(Checked& c, Keyword k, const Vector<int>& type, const Vector<do
       warn(c, k, i, "type code ", std::to_string(type(i)),
            " is outside the usual 0 to 9: columns swapped?");
     else if (type(i) > 2 && (area(i) == 1 || area(i) == 2))
-      warn(c, k, i, "type code and area (", std::to_string(type(i)) + " and " + number(area(i)),
+      warn(c, k, i, "type code and area (", std::to_string(type(i)) + " and " + plain(area(i)),
            "): swapped?");
   }
 }
@@ -76,13 +76,13 @@ void check_distances(Checked& c, Keyword k, const Places& frames, double gap) {
       const std::string between = std::to_string(*a) + " and " + std::to_string(*b);
       if (distance.size() >= 4 && *b - *a > gap * common)
         warn(c, k, 0,
-             "no frame between " + between + " in, where others stand " + number(common) +
+             "no frame between " + between + " in, where others stand " + plain(common) +
                  " apart: one forgotten, or a wrong position?");
       else if (k == INTERNAL_BRACE && *b - *a > FRAME_DISTANCE)
         warn(c, k, 0, "no frame between " + between + " in, up to 480 in (40 ft) is usual");
       else if (distance.size() >= 4 && *b - *a < FRAME_CROWD * common)
         warn(c, k, 0,
-             "frames at " + between + " in, where others stand " + number(common) +
+             "frames at " + between + " in, where others stand " + plain(common) +
                  " apart: a wrong position?");
     }
   }
@@ -100,17 +100,23 @@ bool in_feet(Checked& c, Keyword k, const Vector<int>& position) {
   return feet;
 }
 
-// If some supports have an attachment, all should.
+// If some supports have an attachment, others like them should: end supports, and inner ones.
 void check_at_supports(Checked& c, Keyword k, const Places& at, const char* what) {
   const Model& m = c.job.input.model;
-  const auto has = [&](int position) { return at.count(position) > 0; };
-  const auto with = std::count_if(m.supp_pos.begin(), m.supp_pos.end(), has);
-  if (with == 0) return;
-  for (int i = 1; i <= m.nsupp; ++i)
-    if (!has(m.supp_pos(i)))
+  const Places supports = places(m.supp_pos);
+  const auto outer = [&](int position) {
+    return position == *supports.begin() || position == *supports.rbegin();
+  };
+  for (int i = 1; i <= m.nsupp; ++i) {
+    if (at.count(m.supp_pos(i)) > 0) continue;
+    const bool others = std::any_of(supports.begin(), supports.end(), [&](int position) {
+      return at.count(position) > 0 && outer(position) == outer(m.supp_pos(i));
+    });
+    if (others)
       warn(c, k, 0,
            std::string(what) + " missing at support row " + std::to_string(i) + " (" +
                std::to_string(m.supp_pos(i)) + "), while other supports have one");
+  }
 }
 
 void check_internal(Checked& c, const Places& supports) {
@@ -222,8 +228,8 @@ void check_stiffeners(Checked& c) {
   for (int i = 1; i <= m.nstiff; ++i) {
     if (m.ws_b(i) == 0 || m.ws_t(i) == 0) continue;
     if (m.ws_t(i) > m.ws_b(i))
-      warn(c, WEB_STIFFENER, i, "thicker than wide (",
-           number(m.ws_b(i)) + " by " + number(m.ws_t(i)), " in): columns swapped?");
+      warn(c, WEB_STIFFENER, i, "thicker than wide (", plain(m.ws_b(i)) + " by " + plain(m.ws_t(i)),
+           " in): columns swapped?");
     else if (expect(c, WEB_STIFFENER, i, STIFFENER_WIDTH, m.ws_b(i)))
       expect(c, WEB_STIFFENER, i, STIFFENER_THICKNESS, m.ws_t(i));
   }

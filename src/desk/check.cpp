@@ -16,7 +16,10 @@ namespace {
 constexpr int EXIT_WARNINGS = 1, EXIT_ERRORS = 2;
 
 std::string count(int n, const char* what) {
-  return std::to_string(n) + " " + what + (n == 1 ? "" : "s");
+  std::string text = std::to_string(n);
+  text.append(" ").append(what);
+  if (n != 1) text.push_back('s');
+  return text;
 }
 
 std::string check_text(const Checked& c, const CheckResult& r) {
@@ -121,6 +124,7 @@ int refused(const CheckOptions& options, const Job& job) {
   take_notes(c);
   if (job.outcome == ReadOutcome::EMPTY)
     c.findings = {{0, true, NO_KEYWORD, {}, "the file is empty", {}, {}, {}}};
+  settle(c);
   CheckResult r{{}, c.findings, 0, 0};
   for (const Finding& f : c.findings) ++(f.error ? r.errors : r.warnings);
   std::string text;

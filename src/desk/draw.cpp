@@ -60,19 +60,18 @@ void draw_section_dimensions(Svg& svg, const Model& m, const SectionFrame& f) {
   const auto above = [&](double px) { return (px / f.scale) + t; };
   const auto below = [&](double px) { return -s.depth - px / f.scale; };
   draw_dimension(svg, f.at(-edge, above(26)), f.at(edge, above(26)),
-                 "deck " + number(s.deck_width) + " x " + number(t) + " in");
+                 "deck " + plain(s.deck_width) + " x " + plain(t) + " in");
   draw_dimension(svg, f.at(c - s.top_spacing / 2, above(10)),
-                 f.at(c + s.top_spacing / 2, above(10)), number(s.top_spacing));
+                 f.at(c + s.top_spacing / 2, above(10)), plain(s.top_spacing));
   draw_dimension(svg, f.at(c - s.bottom_width / 2, below(14)),
-                 f.at(c + s.bottom_width / 2, below(14)), number(s.bottom_width));
+                 f.at(c + s.bottom_width / 2, below(14)), plain(s.bottom_width));
   draw_dimension(svg, f.at(-edge - 20 / f.scale, 0), f.at(-edge - 20 / f.scale, -s.depth),
-                 number(s.depth));
+                 plain(s.depth));
   const double tip = -c + s.top_spacing / 2;
   draw_text(svg, "small", f.at(tip + s.flange_width / 2, -12 / f.scale), "start",
-            "flange " + number(s.flange_width));
+            "flange " + plain(s.flange_width));
   if (m.ngird == 2)
-    draw_dimension(svg, f.at(0, below(14)), f.at(m.offset, below(14)),
-                   "offset " + number(m.offset));
+    draw_dimension(svg, f.at(0, below(14)), f.at(m.offset, below(14)), "offset " + plain(m.offset));
 }
 
 // Returns the height that it takes.
@@ -265,14 +264,14 @@ double draw_strips(Svg& svg, const Model& m, double top) {
   const auto plates = [&](const char* name, const PlateSegments& p) {
     draw_row(
         svg, d, name, p.len, [&](int j) { return p.t(j); },
-        [&](int j) { return number(p.t(j)) + " x " + feet(p.len(j)); });
+        [&](int j) { return plain(p.t(j)) + " x " + feet(p.len(j)); });
   };
   plates("top flanges", top_segments(m));
   plates("webs", web_segments(m));
   plates("bottom flange", bottom_segments(m));
   const auto one = [](int) { return 0.5; };
   draw_row(svg, d, "studs", m.stud_len, one, [&](int j) {
-    return std::to_string(m.stud_count(j)) + " at " + number(m.stud_spacing(j)) + " in";
+    return std::to_string(m.stud_count(j)) + " at " + plain(m.stud_spacing(j)) + " in";
   });
   draw_row(svg, d, "pours", m.pour_len, one, [&](int j) {
     const int k = poured_stage(m, j);

@@ -92,9 +92,10 @@ void add_hint(const Input& in, Finding& f) {
     f.keyword = NO_KEYWORD;
   }
   const std::string value = f.values.empty() ? std::string() : f.values.front();
-  if (!f.rows.empty() && has(f.head, "cannot be converted") && !value.empty() &&
-      std::string_view("!#*;%/").find(value.front()) != std::string_view::npos)
-    f.tail += "; a comment cannot stand between the rows of a table";
+  const std::size_t open = f.head.find("cannot be converted (");
+  const std::string bad = open != f.head.npos ? f.head.substr(open + 21, 1) : value.substr(0, 1);
+  if (has(f.head, "cannot be converted") && bad.find_first_of("!#;*%/") != bad.npos)
+    f.tail += "; a value is missing, or a comment stands between the records of a keyword";
   if (f.keyword == POUR_SEQ && has(f.head, "self-weight switch"))
     f.tail +=
         "; a row too many, or too small a number of stages: stages x segments rows are read (" +
@@ -135,8 +136,11 @@ void join_rows(std::vector<Finding>& findings) {
       continue;
     }
     if (std::find(same->rows.begin(), same->rows.end(), f.rows[0]) != same->rows.end()) continue;
-    same->rows.push_back(f.rows[0]);
-    same->values.insert(same->values.end(), f.values.begin(), f.values.end());
+    const auto at = std::upper_bound(same->rows.begin(), same->rows.end(), f.rows[0]);
+    const auto i = at - same->rows.begin();
+    same->rows.insert(at, f.rows[0]);
+    same->values.insert(same->values.begin() + (f.values.empty() ? 0 : i), f.values.begin(),
+                        f.values.end());
     same->line = std::min(same->line, f.line);
   }
   findings = std::move(joined);
@@ -146,29 +150,41 @@ void join_rows(std::vector<Finding>& findings) {
 enum class Kind {
   OTHER,
   MISSPELT,   // a word that stands for a keyword
+  NO_TITLE,   // a keyword was taken for it
+  ROWS_LEFT,  // behind a table: its count is too small
   MISREAD,    // values taken from the wrong places
   OTHER_SUM,  // the lists agree on another length than lgbr
   MOVED,      // cut to the grid
   MISSING,    // the keyword, or what it would hold
   NO_SUM,     // segments do not fill the girder
   OUTSIDE,    // positions beyond the girder
-  OVERHANGS   // of the deck
+  OVERHANG,   // of the deck
+  DECK_LOAD,  // compared with the weight of the deck
+  DEPTH,      // compared with the depth
+  AT_SUPPORT  // of frames, laterals, curvature between supports
 };
 constexpr std::pair<const char*, Kind> KIND_WORDS[] = {
     {"perhaps the keyword", Kind::MISSPELT},
+    {"a title may be missing", Kind::NO_TITLE},
+    {"a count above may be too small", Kind::ROWS_LEFT},
     {"of its values", Kind::MISREAD},
     {"more numbers than", Kind::MISREAD},
     {"on the line of the keyword", Kind::MISREAD},
-    {"a count above may be too small", Kind::MISREAD},
     {"other lists", Kind::OTHER_SUM},
     {" is cut to ", Kind::MOVED},
     {"the keyword is missing", Kind::MISSING},
+    {"without the keyword end", Kind::MISSING},
     {"none is given", Kind::MISSING},
     {"do not add up", Kind::NO_SUM},
     {"outside the girder", Kind::OUTSIDE},
-    {"sticks out", Kind::OUTSIDE},
-    {"the deck is not wider", Kind::OVERHANGS},
-    {"overhang of the deck", Kind::OVERHANGS},
+    {"the deck is not wider", Kind::OVERHANG},
+    {"overhang of the deck", Kind::OVERHANG},
+    {"times the deck's weight", Kind::DECK_LOAD},
+    {"times the depth", Kind::DEPTH},
+    {"missing at support", Kind::AT_SUPPORT},
+    {"passes a frame", Kind::AT_SUPPORT},
+    {"where others stand", Kind::AT_SUPPORT},
+    {"the longest span turns", Kind::AT_SUPPORT},
 };
 
 Kind kind_of(const Finding& f) {
@@ -178,38 +194,73 @@ Kind kind_of(const Finding& f) {
   return Kind::OTHER;
 }
 
-// Whether g follows from the mistake f.
-bool follows(const Finding& f, const Finding& g, const Input& in) {
-  const Kind cause = kind_of(f), effect = kind_of(g);
+// The keyword whose records end last before a line.
+Keyword block_before(const Input& in, int line) {
+  Keyword last = NO_KEYWORD;
+  for (int k = 0; k < KEYWORDS; ++k)
+    if (in.block[k].line > 0 && in.block[k].line < line &&
+        (last == NO_KEYWORD || in.block[k].line > in.block[last].line))
+      last = static_cast<Keyword>(k);
+  return last;
+}
+
+std::string name_of(Keyword k) {
+  return std::string(k == NO_KEYWORD ? END_KEYWORD : KEYWORD_NAMES[k]);
+}
+
+// Whether g follows from the mistake f because of what f is.
+bool follows_kind(const Finding& f, Kind cause, const Finding& g, Kind effect, const Input& in) {
   const bool same = f.keyword == g.keyword && g.keyword != NO_KEYWORD;
   switch (cause) {
     case Kind::MISSPELT:
-      return effect == Kind::MISSING && g.keyword != NO_KEYWORD &&
-             has(finding_text(f), "keyword " + std::string(KEYWORD_NAMES[g.keyword]));
+      return effect == Kind::MISSING && has(finding_text(f), "keyword " + name_of(g.keyword) + " ");
+    case Kind::NO_TITLE:
+      return (effect == Kind::MISSING && has(finding_text(f), "(" + name_of(g.keyword) + ")")) ||
+             (effect == Kind::ROWS_LEFT && g.line == f.line + 1);
+    case Kind::ROWS_LEFT:
+      return g.keyword == block_before(in, f.line) && g.keyword != NO_KEYWORD &&
+             effect != Kind::MOVED;
     case Kind::MISREAD:
       return same && effect != Kind::MISREAD && g.line >= in.block[g.keyword].line;
     case Kind::OTHER_SUM:
-      return effect == Kind::NO_SUM || effect == Kind::OUTSIDE;
+      return effect == Kind::NO_SUM || effect == Kind::OUTSIDE || same;
     case Kind::MOVED:
       return same && effect == Kind::NO_SUM;
     default:
-      break;
+      return false;
   }
-  if (f.keyword == NGIRD && f.keyword != g.keyword)
-    return g.keyword == EXTERNAL_BRACE || g.keyword == OFFSET || effect == Kind::OVERHANGS;
-  if (f.keyword == OFFSET && effect == Kind::OVERHANGS) return true;
-  if (!same || effect == Kind::MOVED) return false;
-  // Several findings about one line of single values; a fault of a row explains what else is odd.
-  if (f.rows.empty() && g.rows.empty()) return f.keyword != POUR_SEQ && f.line == g.line;
-  return f.error && !g.error && !f.rows.empty() && f.rows == g.rows;
 }
 
-// What may be the reason for others comes first.
+// Single records, of which everything that is found is one mistake.
+bool single_record(Keyword k) { return k <= SECDIM || k == BUCKLE || k == SOLVER; }
+
+// Whether g follows from the mistake f.
+bool follows(const Finding& f, const Finding& g, const Input& in) {
+  const Kind cause = kind_of(f), effect = kind_of(g);
+  if (follows_kind(f, cause, g, effect, in)) return true;
+  if (g.keyword == NO_KEYWORD || f.keyword == NO_KEYWORD || effect == Kind::MOVED) return false;
+  const bool overhang = effect == Kind::OVERHANG;
+  if (f.keyword == NGIRD && (g.keyword == EXTERNAL_BRACE || g.keyword == OFFSET || overhang))
+    return true;
+  if (f.keyword == OFFSET && overhang) return true;
+  const std::string text = finding_text(f);
+  if (f.keyword == SECDIM && effect == Kind::DECK_LOAD) return has(text, "deck");
+  if (f.keyword == SECDIM && effect == Kind::DEPTH) return has(text, "depth");
+  if (f.keyword == SECDIM && g.keyword == TFTHICK) return has(text, "top flange width");
+  if (f.keyword == SUPPORT && effect == Kind::AT_SUPPORT) return cause != Kind::MOVED;
+  return f.keyword == g.keyword &&
+         (f.rows.empty() ? g.rows.empty() && single_record(f.keyword) : f.rows == g.rows);
+}
+
+// What may be the reason for others comes first, and what has a guess at it.
 int rank(const Finding& f) {
   const Kind kind = kind_of(f);
   if (kind != Kind::OTHER && kind < Kind::MOVED) return 0;
-  if (kind == Kind::MOVED || f.keyword == NGIRD || f.keyword == OFFSET) return 1;
-  return f.error ? 2 : 3;
+  const bool guessed = has(finding_text(f), "?");
+  if (f.keyword == NGIRD || f.keyword == OFFSET) return guessed ? 1 : 2;
+  if (kind == Kind::MOVED) return 3;
+  if (f.error) return 4;
+  return has(finding_text(f), "swapped") ? 5 : guessed ? 6 : 7;
 }
 
 void sink_consequences(std::vector<Finding>& findings, const Input& in) {
@@ -261,8 +312,8 @@ std::string slip_hint(const Usual& usual, double value) {
 bool expect(Checked& c, Keyword keyword, int row, const Usual& usual, double value) {
   if (value >= usual.low && value <= usual.high) return true;
   const std::string unit = usual.unit[0] == '\0' ? "" : std::string(" ") + usual.unit;
-  warn(c, keyword, row, std::string(usual.name) + " ", number(value),
-       unit + " is outside the usual " + number(usual.low) + " to " + number(usual.high) +
+  warn(c, keyword, row, std::string(usual.name) + " ", plain(value),
+       unit + " is outside the usual " + plain(usual.low) + " to " + plain(usual.high) +
            slip_hint(usual, value));
   return false;
 }
@@ -283,7 +334,9 @@ bool usable(const Checked& c, std::initializer_list<Keyword> keywords) {
 
 void take_notes(Checked& c) {
   const Input& in = c.job.input;
-  for (const Note& n : in.notes.faults) c.findings.push_back(from_note(n, true));
+  const bool stages = in.block[POUR_SEQ].complete;  // without them no stage has a number
+  for (const Note& n : in.notes.faults)
+    if (stages || !n.text.ends_with("must be 1 to 0")) c.findings.push_back(from_note(n, true));
   for (const Note& n : in.notes.warnings)
     if (!n.text.ends_with(" on the grid") && !has(n.text, "cut to the grid"))
       c.findings.push_back(from_note(n, false));
@@ -324,6 +377,11 @@ std::string finding_lines(const std::string& path, const Finding& f) {
   return out;
 }
 
+std::string plain(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.10g", value);
+  return text;
+}
 std::string rounded(double value) {
   char text[32];
   std::snprintf(text, sizeof text, "%.3g", value);

@@ -74,7 +74,8 @@ void settle(Checked& c);
 std::string finding_text(const Finding& f);
 std::string finding_lines(const std::string& path, const Finding& f);
 
-// Three significant digits.
+// Ten significant digits, three.
+std::string plain(double value);
 std::string rounded(double value);
 
 }  // namespace zelvo

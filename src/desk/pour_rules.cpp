@@ -77,25 +77,25 @@ void check_stiffness(const Stages& s, int k, int j) {
   if (e == 0) return;  // told of
   if (hard(s.m, k, j)) {
     if (e < HARD_CONCRETE.low && stud >= HARD_CONCRETE.low && e <= HARD_STUDS.high)
-      return s.say(k, j, "modulus and stud stiffness (", number(e) + " and " + number(stud),
+      return s.say(k, j, "modulus and stud stiffness (", plain(e) + " and " + plain(stud),
                    "): columns swapped?");
     expect(s.c, POUR_SEQ, s.row(k, j), HARD_CONCRETE, e);
     if (stud < HARD_STUDS.low)
-      s.say(k, j, "concrete is hard, but its studs are as soft as in wet concrete (", number(stud),
+      s.say(k, j, "concrete is hard, but its studs are as soft as in wet concrete (", plain(stud),
             " kip/in, 10 to 5000 is usual)");
     else
       expect(s.c, POUR_SEQ, s.row(k, j), HARD_STUDS, stud);
     return;
   }
   if (e > WET_MODULUS)
-    s.say(k, j, "modulus ", number(e),
+    s.say(k, j, "modulus ", plain(e),
           std::string(" ksi is neither wet (up to 1) nor hard concrete (500 to 8000)") +
               (inside(e * 1000, {500, 8000}) ? ": 1000 times too small?" : ""));
   if (e < LEAST_MODULUS)
-    s.say(k, j, "modulus ", number(e),
+    s.say(k, j, "modulus ", plain(e),
           " ksi is as good as 0: the matrix becomes next to singular, 1.0E-6 is common");
   if (stud >= SOFT_STUD)
-    s.say(k, j, "concrete is wet, but its studs hold (", number(stud),
+    s.say(k, j, "concrete is wet, but its studs hold (", plain(stud),
           " kip/in, up to 10 is usual): columns swapped, or the wrong modulus?");
   if (s.m.nanal * s.m.npour > 2 && stud > 0 && stud < e) {
     int alike = 0;
@@ -103,8 +103,7 @@ void check_stiffness(const Stages& s, int k, int j) {
       for (int b = 1; b <= s.m.npour; ++b)
         alike += s.m.pour_e(a, b) == stud && s.m.pour_k(a, b) == e ? 1 : 0;
     if (alike > 1)
-      s.say(k, j, "modulus and stud stiffness of wet concrete (",
-            number(e) + " and " + number(stud),
+      s.say(k, j, "modulus and stud stiffness of wet concrete (", plain(e) + " and " + plain(stud),
             ") stand the other way round elsewhere: columns swapped?");
   }
 }
@@ -124,7 +123,7 @@ std::string load_hint(const Model& m, double ratio) {
 }
 
 std::string of_the_deck(const Stages& s) {
-  return number(s.m.secdim.deck_thickness) + " in of deck weigh " + rounded(s.weight) + " kip/ft";
+  return plain(s.m.secdim.deck_thickness) + " in of deck weigh " + rounded(s.weight) + " kip/ft";
 }
 
 // Whether what a segment has got so far may be bracing and forms, or is a pour in other units.
@@ -168,7 +167,7 @@ void check_hard_load(const Stages& s, int k, int j) {
                      : ratio > 5               ? ": 12 times too large?"
                                                : "";
   s.say(
-      k, j, "load on hard concrete (", number(s.m.pour_load(k, j)) + " kip/ft",
+      k, j, "load on hard concrete (", plain(s.m.pour_load(k, j)) + " kip/ft",
       ") is outside the usual 0.06 to 1.2 times the deck's weight (" + of_the_deck(s) + ")" + hint);
 }
 
@@ -178,11 +177,11 @@ void check_age(const Stages& s, int k, int j) {
   if (before >= HARD_MODULUS && now < HARD_MODULUS)
     s.say(k, j, "is soft again in ", s.name(k, j), ", having been hard in the stage before");
   else if (before >= HARD_MODULUS && now < before)
-    s.say(k, j, "modulus falls from ", number(before) + " to " + number(now),
+    s.say(k, j, "modulus falls from ", plain(before) + " to " + plain(now),
           ": concrete only hardens");
   if (before >= HARD_MODULUS && now >= HARD_MODULUS && s.m.pour_k(k, j) < s.m.pour_k(k - 1, j))
     s.say(k, j, "stud stiffness falls from ",
-          number(s.m.pour_k(k - 1, j)) + " to " + number(s.m.pour_k(k, j)),
+          plain(s.m.pour_k(k - 1, j)) + " to " + plain(s.m.pour_k(k, j)),
           ": concrete only hardens");
 }
 
@@ -219,7 +218,7 @@ void check_stage_load(const Stages& s, int k) {
   for (int j = 1; j <= s.m.npour; ++j) {
     if (s.m.pour_len(j) == 0) continue;
     if (s.m.pour_load(k, j) < 0)
-      s.say(k, j, "load is negative (", number(s.m.pour_load(k, j)),
+      s.say(k, j, "load is negative (", plain(s.m.pour_load(k, j)),
             "): it lifts the bridge; downward is positive");
     hardened += hard(s.m, k, j) ? 1 : 0;
     if (s.m.pour_load(k, j) != 0)
@@ -257,9 +256,9 @@ void check_buckling(Checked& c) {
         "the buckling check has no solver record: tolerance 1.0E-4 and shift 0.02 are loose, "
         "'1 1.0E-6' is a good one");
   if (m.tol > LOOSE_TOLERANCE)
-    warn(c, SOLVER, 0, "tolerance ", number(m.tol), " is loose, up to 0.001 is usual");
+    warn(c, SOLVER, 0, "tolerance ", plain(m.tol), " is loose, up to 0.001 is usual");
   if (m.solver_type == 2 && m.sigma < 0)
-    warn(c, SOLVER, 0, "shift is negative (", number(m.sigma), "): factors of opposite loads");
+    warn(c, SOLVER, 0, "shift is negative (", plain(m.sigma), "): factors of opposite loads");
 }
 
 void check_steel_weight(Checked& c) {

@@ -146,6 +146,8 @@ int last_line(const BlockPlace& block) {
   return last;
 }
 
+bool begins_with_number(std::string_view line) { return is_number(take_word(line)); }
+
 // The keyword that a comment ahead of skipped numbers names, as one does that is commented out.
 std::string_view keyword_in(std::string_view line) {
   while (!line.empty()) {
@@ -171,7 +173,7 @@ void check_skipped(Checked& c, const Lines& lines) {
   for (std::size_t l = 1; l < end; ++l) {
     if (taken[l] || numbers_alone(lines[l]) == 0) continue;
     const std::size_t first = l;
-    while (l < end && !taken[l] && numbers_alone(lines[l]) > 0) ++l;
+    while (l < end && !taken[l] && begins_with_number(lines[l])) ++l;
     if (told[first] || told[first - 1] || (taken[first - 1] && first > 1)) continue;
     const std::string_view keyword = keyword_in(lines[first - 1]);
     Finding f{static_cast<int>(first), false, NO_KEYWORD, {}, {}, {}, {}, {}};

@@ -26,8 +26,8 @@ constexpr double TOP_SLENDERNESS = 15;      // b/2t; 12 in AASHTO (2020), 6.10.2
 constexpr double BOTTOM_SLENDERNESS = 200;  // b/t
 constexpr double WEB_SLENDERNESS = 250;     // D/t; 150 without longitudinal stiffeners
 constexpr double SPAN_DEPTH[] = {10, 40};
-constexpr double SPAN_STEP = 3.5;             // of neighbouring spans
-constexpr double SPAN_TURN[] = {0.03, 0.75};  // radians, of the longest span
+constexpr double SPAN_STEP = 3;                // of neighbouring spans
+constexpr double SPAN_TURN[] = {0.035, 0.75};  // radians, of the longest span
 constexpr int MOST_STUDS = 8;
 
 bool inside(double value, const double (&range)[2]) {
@@ -64,16 +64,16 @@ void check_across(Checked& c) {
   if (m.ngird == 2 && m.offset > 0 && !inside(clear_distance(m, offset), CLEAR_DISTANCE))
     warn(c, OFFSET, 0, "clear distance of the two girders between their web tops (",
          rounded(clear_distance(m, offset)),
-         " in, offset " + number(offset) + ") is outside the usual 24 to 240" + offset_hint(m));
-  if (!inside(edge, DECK_OVERHANG))
-    warn(c, m.ngird == 2 && !offset_hint(m).empty() ? OFFSET : SECDIM, 0,
-         "overhang of the deck beyond the outer web top (", rounded(edge),
-         " in) is outside the usual 12 to 78" +
-             (m.ngird == 2 ? offset_hint(m)
-              : edge > 78  ? std::string(": two girders, or a wrong deck width?")
-              : inside(12 * s.deck_width / 2 - s.top_spacing / 2, DECK_OVERHANG)
-                  ? std::string(": deck width in feet?")
-                  : std::string()));
+         " in, offset " + plain(offset) + ") is outside the usual 24 to 240" + offset_hint(m));
+  if (inside(edge, DECK_OVERHANG)) return;
+  std::string hint = m.ngird == 2 ? offset_hint(m) : "";
+  const Keyword blamed = hint.empty() ? SECDIM : OFFSET;
+  if (hint.empty() && inside(edge + 5.5 * s.deck_width, DECK_OVERHANG))
+    hint = ": deck width in feet?";
+  if (hint.empty() && m.ngird == 1 && edge > DECK_OVERHANG[1])
+    hint = ": two girders, or a wrong deck width?";
+  warn(c, blamed, 0, "overhang of the deck beyond the outer web top (", rounded(edge),
+       " in) is outside the usual 12 to 78" + hint);
 }
 
 void check_section(Checked& c) {
@@ -89,7 +89,7 @@ void check_section(Checked& c) {
   const double slope = (s.top_spacing - s.bottom_width) / 2 / s.depth;
   if (slope < 0)
     warn(c, SECDIM, 0, "the bottom flange is wider than the distance of the web tops (",
-         number(s.bottom_width), " over " + number(s.top_spacing) + "): swapped?");
+         plain(s.bottom_width), " over " + plain(s.top_spacing) + "): swapped?");
   if (slope > STEEPEST_WEB)
     warn(c, SECDIM, 0, "the webs lean outward by ", rounded(slope),
          " to 1, up to 0.5 is usual (0.25 is common): columns swapped?");
@@ -106,9 +106,9 @@ void check_plates(Checked& c, Keyword k, const PlateSegments& plates, const char
     const bool usual = expect(c, k, i, PLATE, t);
     if (usual && width > slenderness * t)
       warn(c, k, i, std::string(what) + " is ", rounded(width / t),
-           ", up to " + number(slenderness) + " is usual: the thickness?");
+           ", up to " + plain(slenderness) + " is usual: the thickness?");
     if (usual && before > 0 && std::max(t / before, before / t) > THICKNESS_STEP)
-      warn(c, k, i, "thickness changes from ", number(before) + " to " + number(t),
+      warn(c, k, i, "thickness changes from ", plain(before) + " to " + plain(t),
            " in, by more than 3 times");
     before = usual ? t : 0;
   }
@@ -139,9 +139,9 @@ void check_curvature(Checked& c, double span) {
   const Model& m = c.job.input.model;
   if (m.rcurv <= 0 || span <= 0) return;
   const double turn = span / m.rcurv;
-  const std::string usual = " radians, 0.03 to 0.75 is usual";
+  const std::string usual = " radians, 0.035 to 0.75 is usual";
   if (turn > SPAN_TURN[1] || m.lgbr / m.rcurv > 1.5708)
-    warn(c, RCURV, 0, "on this radius (" + number(m.rcurv) + " in) the longest span turns through ",
+    warn(c, RCURV, 0, "on this radius (" + plain(m.rcurv) + " in) the longest span turns through ",
          rounded(turn),
          usual + (inside(turn / 12, SPAN_TURN)      ? ": in feet?"
                   : inside(turn / 39.37, SPAN_TURN) ? ": in metres?"
@@ -181,8 +181,8 @@ void check_overhang(Checked& c, int row, double out, const char* end) {
   const double depth = c.job.input.model.secdim.depth;
   if (out > std::max(depth, 60.0))
     warn(c, SUPPORT, row, "the girder sticks out over the " + std::string(end) + " support by ",
-         number(out),
-         " in, up to its depth (" + number(depth) + ") is usual: a support forgotten, or in feet?");
+         plain(out),
+         " in, up to its depth (" + plain(depth) + ") is usual: a support forgotten, or in feet?");
 }
 
 // Row of the support at a position.
@@ -200,16 +200,16 @@ void check_spans(Checked& c, const std::vector<Span>& spans) {
   const double span = longest(spans), ratio = span / s.depth;
   if (!inside(ratio, SPAN_DEPTH))
     warn(
-        c, SUPPORT, 0, "the longest span (" + number(span) + " in) is ", rounded(ratio),
-        " times the depth (" + number(s.depth) + "), 10 to 40 is usual: " +
+        c, SUPPORT, 0, "the longest span (" + plain(span) + " in) is ", rounded(ratio),
+        " times the depth (" + plain(s.depth) + "), 10 to 40 is usual: " +
             (ratio > 40 ? inside(ratio / 12, SPAN_DEPTH) ? "depth in feet?" : "a support forgotten?"
              : inside(ratio * 12, SPAN_DEPTH) ? "lengths in feet?"
                                               : "a support too many, or a wrong depth?"));
   for (std::size_t i = 1; i < spans.size(); ++i) {
     const double a = spans[i - 1].end - spans[i - 1].begin, b = spans[i].end - spans[i].begin;
     if (std::max(a / b, b / a) > SPAN_STEP)
-      warn(c, SUPPORT, support_at(m, spans[i].begin), "spans of ", number(a) + " and " + number(b),
-           " in meet here, up to 3.5 times is usual: a wrong position?");
+      warn(c, SUPPORT, support_at(m, spans[i].begin), "spans of ", plain(a) + " and " + plain(b),
+           " in meet here, up to 3 times is usual: a wrong position?");
   }
 }
 
@@ -233,7 +233,7 @@ void check_studs(Checked& c) {
     const bool swapped = m.stud_spacing(i) <= MOST_STUDS && m.stud_count(i) > MOST_STUDS;
     if (swapped)
       warn(c, STUDS, i, "spacing and number of studs across (",
-           number(m.stud_spacing(i)) + " and " + std::to_string(m.stud_count(i)), "): swapped?");
+           plain(m.stud_spacing(i)) + " and " + std::to_string(m.stud_count(i)), "): swapped?");
     if (swapped) continue;
     expect(c, STUDS, i, STUD_SPACING, m.stud_spacing(i));
     if (m.stud_count(i) > MOST_STUDS)

@@ -82,7 +82,7 @@ void draw_dimension(Svg& svg, Point a, Point b, std::string_view text) {
   for (const Point& p : {a, b})
     draw_line(svg, "dim", {p.x - slash.x, p.y - slash.y}, {p.x + slash.x, p.y + slash.y});
   double degrees = std::atan2(dy, dx) * 180 / std::numbers::pi;
-  if (degrees > 90 || degrees <= -90) degrees += degrees > 0 ? -180 : 180;
+  if (degrees >= 90 || degrees < -90) degrees += degrees > 0 ? -180 : 180;  // read from the right
   const double turn = degrees * std::numbers::pi / 180;
   const Point middle{(a.x + b.x) / 2 + 3 * std::sin(turn), (a.y + b.y) / 2 - 3 * std::cos(turn)};
   draw_text(svg, "", middle, "middle", text, degrees);

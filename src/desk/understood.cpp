@@ -97,7 +97,7 @@ std::string stages_text(const Checked& c, const Understood& u) {
             std::string(letters + 2 - std::max<std::size_t>(s.soft.size(), 1), ' ') +
             or_dash(s.hard);
     if (s.pour && !compared)
-      text += "   " + number(m.secdim.deck_thickness) + " in of deck weigh " +
+      text += "   " + plain(m.secdim.deck_thickness) + " in of deck weigh " +
               print("%.3f", deck_weight_per_area(m));
     compared = compared || s.pour;
     text += "\n";
