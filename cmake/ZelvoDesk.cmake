@@ -7,6 +7,22 @@ if(NOT ZELVO_THREE_JS)
   message(FATAL_ERROR "three.min.js not found: install the Debian package libjs-three")
 endif()
 
+# Files that the report brings with it, as C++ (src/report/assets.h).
+function(zelvo_embed name file)
+  get_filename_component(base ${file} NAME)
+  set(out ${CMAKE_BINARY_DIR}/embedded/${base}.cpp)
+  add_custom_command(
+    OUTPUT ${out}
+    COMMAND ${CMAKE_COMMAND} -DNAME=${name} -DFILE=${file} -DOUT=${out}
+            -P ${CMAKE_SOURCE_DIR}/cmake/Embed.cmake
+    DEPENDS ${file} ${CMAKE_SOURCE_DIR}/cmake/Embed.cmake)
+  set(desk_sources ${desk_sources} ${out} PARENT_SCOPE)
+endfunction()
+zelvo_embed(REPORT_CSS ${CMAKE_SOURCE_DIR}/src/report/report.css)
+zelvo_embed(REPORT_JS ${CMAKE_SOURCE_DIR}/src/report/report.js)
+zelvo_embed(VIEWER_JS ${CMAKE_SOURCE_DIR}/src/report/viewer.js)
+zelvo_embed(THREE_JS ${ZELVO_THREE_JS})
+
 add_library(zelvo_desk_rooms STATIC ${desk_sources})
 target_link_libraries(zelvo_desk_rooms PUBLIC zelvo_core nlohmann_json::nlohmann_json
                                        PRIVATE zelvo_xlsxwriter)

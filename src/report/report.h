@@ -1,0 +1,13 @@
+// The report: one HTML page that needs nothing else, for screen and paper.
+#pragma once
+#include <string>
+
+#include "exchange/json.h"
+
+namespace zelvo {
+
+// The page of the results of a run (docs/results-json.md). Every figure in it is a number of the
+// results, in other units at most. Keys that are missing throw nlohmann::json::exception.
+std::string report_html(const Json& results);
+
+}  // namespace zelvo
