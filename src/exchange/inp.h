@@ -21,7 +21,7 @@
 
 namespace zelvo {
 
-constexpr int LAYER = 10000000;   // node numbers between the layers of the deck
+constexpr int LAYER = 10000000;  // node numbers between the layers of the deck
 
 // The deck of stage k.
 std::string calculix_deck(const Model& model, const Structure& structure, int k);
