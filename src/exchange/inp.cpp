@@ -1,5 +1,6 @@
 #include "exchange/inp.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <map>
@@ -40,10 +41,13 @@ struct Deck {
   std::set<int> ends;  // of bars
 };
 
+// CalculiX reads 20 columns, and some of its cards take no number without a point.
 std::string real(double value) {
-  char text[32];  // CalculiX reads 20 columns
+  char text[32];
   std::snprintf(text, sizeof text, "%.12g", value);
-  return text;
+  std::string number = text;
+  if (number.find('.') == number.npos) number.insert(std::min(number.find('e'), number.size()), ".");
+  return number;
 }
 
 // Numbers of a record, over as many lines as it takes.
