@@ -26,9 +26,18 @@ zelvo_embed(THREE_JS ${ZELVO_THREE_JS})
 add_library(zelvo_desk_rooms STATIC ${desk_sources})
 target_link_libraries(zelvo_desk_rooms PUBLIC zelvo_core nlohmann_json::nlohmann_json
                                        PRIVATE zelvo_xlsxwriter)
+# Text is put together here; numbers are crunched in the core. Full optimisation of the JSON and
+# command line headers takes a compiler minutes and gains nothing.
+if(NOT MSVC)
+  target_compile_options(zelvo_desk_rooms PRIVATE -O1)
+endif()
 target_compile_definitions(zelvo_desk_rooms PRIVATE ZELVO_VERSION="${PROJECT_VERSION}")
 
 add_executable(zelvo-desk ${CMAKE_SOURCE_DIR}/src/zelvo_desk.cpp)
 target_compile_definitions(zelvo-desk PRIVATE ZELVO_VERSION="${PROJECT_VERSION}")
 target_link_libraries(zelvo-desk PRIVATE zelvo_desk_rooms CLI11::CLI11)
+if(NOT MSVC)
+  target_compile_options(zelvo-desk PRIVATE -O1)
+endif()
 install(TARGETS zelvo-desk RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES ${CMAKE_SOURCE_DIR}/docs/zelvo-desk.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

@@ -1,11 +1,17 @@
 // zelvo-desk COMMAND [FILE] ...
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <functional>
+#include <map>
 #include <new>
 
 #include "base/failures.h"
 #include "base/platform.h"
 #include "desk/check.h"
+#include "desk/diff.h"
+#include "desk/exports.h"
 #include "desk/new.h"
 #include "desk/run.h"
 
@@ -31,17 +37,62 @@ void add_check(CLI::App& app, CheckOptions& o, Command& chosen) {
   c->callback([&] { chosen = [&] { return check_command(o); }; });
 }
 
+void add_buckling(CLI::App& command, Buckling& choice) {
+  const std::map<std::string, Buckling> kinds = {
+      {"none", Buckling::NONE}, {"history", Buckling::HISTORY}, {"all", Buckling::ALL}};
+  command
+      .add_option("--buckling", choice,
+                  "Buckling checks of each stage: none, history, all; without it all where the "
+                  "input has 'buckle'")
+      ->transform(CLI::CheckedTransformer(kinds));
+}
+
 void add_run(CLI::App& app, RunOptions& o, Command& chosen) {
   CLI::App* c = add_command(app, "run", "Analyse all stages: nine files and results.json", o.path);
   c->add_option("-d,--folder", o.folder, "Folder of the results; that of the input without it");
-  const std::map<std::string, Buckling> kinds = {
-      {"none", Buckling::NONE}, {"history", Buckling::HISTORY}, {"all", Buckling::ALL}};
-  c->add_option("--buckling", o.buckling,
-                "Buckling checks of each stage; without it all where the input has 'buckle'")
-      ->transform(CLI::CheckedTransformer(kinds));
+  add_buckling(*c, o.buckling);
   c->add_flag("--strict", o.strict, "Warnings are errors");
   c->add_flag("--json", o.json, "A summary as JSON on standard output");
   c->callback([&] { chosen = [&] { return run_command(o); }; });
+}
+
+// A command that reads results.json, or runs the analysis where it is not that of the input.
+CLI::App* add_export(CLI::App& app, const char* name, const char* help, ExportOptions& o,
+                     int (*command)(const ExportOptions&), Command& chosen) {
+  CLI::App* c = add_command(app, name, help, o.run.path);
+  c->add_option("-d,--folder", o.run.folder, "Folder of the results; that of the input without it");
+  c->add_option("-o,--output", o.output, "File to write; a name in that folder without it");
+  c->add_flag("--strict", o.run.strict, "Warnings are errors");
+  c->callback([&o, &chosen, command] { chosen = [&o, command] { return command(o); }; });
+  return c;
+}
+
+void add_exports(CLI::App& app, ExportOptions& o, Command& chosen) {
+  const auto add = [&](const char* name, const char* help, int (*command)(const ExportOptions&)) {
+    return add_export(app, name, help, o, command, chosen);
+  };
+  add("report", "One HTML page of the results", report_command);
+  add("csv", "The results as one long table", csv_command)
+      ->add_flag("--strips", o.strips, "With the stresses of every strip of the plates");
+  add("xlsx", "The results as a workbook", xlsx_command);
+  CLI::App* vtu = add("vtu", "Fields of stages and modes for ParaView, into a folder", vtu_command);
+  add_buckling(*vtu, o.run.buckling);
+  add("inp", "A stage as an input deck of CalculiX", inp_command)
+      ->add_option("--stage", o.stage, "Stage, from 1")
+      ->capture_default_str();
+}
+
+struct DiffOptions {
+  std::string a, b;
+  bool json = false;
+};
+
+void add_diff(CLI::App& app, DiffOptions& o, Command& chosen) {
+  CLI::App* c = app.add_subcommand("diff", "What differs between two results, or two inputs");
+  c->add_option("a", o.a, "results.json or input file")->required();
+  c->add_option("b", o.b, "The other one")->required();
+  c->add_flag("--json", o.json, "Differences as JSON");
+  c->callback([&] { chosen = [&] { return diff_command(o.a, o.b, o.json); }; });
 }
 
 void add_new(CLI::App& app, NewOptions& o, Command& chosen) {
@@ -78,12 +129,20 @@ int run_desk(int argc, char** argv) {
   app.require_subcommand(1);
   CheckOptions check;
   RunOptions run;
+  ExportOptions exports;
+  DiffOptions diff;
   NewOptions sketch;
   Command chosen;
   add_check(app, check, chosen);
   add_run(app, run, chosen);
+  add_exports(app, exports, chosen);
+  add_diff(app, diff, chosen);
   add_new(app, sketch, chosen);
-  CLI11_PARSE(app, argc, argv);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {  // --help and --version among them
+    return app.exit(e) == 0 ? EXIT_CLEAN : EXIT_ERRORS;
+  }
   return chosen();
 }
 
@@ -107,5 +166,11 @@ int main(int argc, char** argv) {
   } catch (const std::bad_alloc&) {
     std::fputs("zelvo-desk: no memory for a work list\n", stderr);
     return EXIT_NO_MEMORY;
+  } catch (const std::filesystem::filesystem_error& f) {
+    std::fprintf(stderr, "zelvo-desk: %s\n", f.what());
+    return EXIT_FILE;
+  } catch (const std::exception& e) {  // of JSON: a results.json that holds something else
+    std::fprintf(stderr, "zelvo-desk: the results cannot be read: %s\n", e.what());
+    return EXIT_ERRORS;
   }
 }

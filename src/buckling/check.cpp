@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "buckling/arpack.h"
 #include "matrix/product.h"
@@ -60,14 +61,21 @@ int shifted_matrix(const SymmetricMatrix& K, const SymmetricMatrix& B, double si
   return bad;
 }
 
-// Takes a new handle through analysis and factorization; returns the first code that is not 0.
-int factor_as(std::uint32_t definiteness, const SymmetricMatrix& C, OwnedSolver& solver) {
+// Analyses the pattern of a matrix in a handle that has none yet. Returns the code of the solver.
+int analyse(const SymmetricMatrix& C, OwnedSolver& solver) {
+  if (solver.handle != nullptr) return 0;
   const MatrixPattern& p = *C.pattern;
   int code = solver_create(solver.handle, 0);
   if (code == 0)
     code = solver_define_structure(solver.handle, SOLVER_SYMMETRIC, p.ia.data(), p.n, p.n,
                                    p.ja.data(), p.nnz);
   if (code == 0) code = solver_reorder(solver.handle, 0, nullptr);
+  return code;
+}
+
+// Takes a new handle through analysis and factorization; returns the first code that is not 0.
+int factor_as(std::uint32_t definiteness, const SymmetricMatrix& C, OwnedSolver& solver) {
+  int code = analyse(C, solver);
   if (code == 0) code = solver_factor_real(solver.handle, definiteness, C.values.data());
   return code;
 }
@@ -150,6 +158,42 @@ void check_sizes([[maybe_unused]] const SymmetricMatrix& K,
   assert(modes.eigval.size() == options.nev && modes.eigvec.cols() == options.nev);
 }
 
+constexpr double LOOSE = 1e-2;  // tolerance of the estimate
+constexpr double BELOW =
+    0.9;                   // of the estimate stands the first shift, each next of the one before
+constexpr int SHIFTS = 6;  // that are tried
+
+// Factors K - sigma B about a shift below the smallest positive factor, which is at most `first`.
+// Returns the shift, or 0 if none is found.
+double shift_below(const SymmetricMatrix& K, const SymmetricMatrix& B, double first,
+                   ShiftedStiffness& shifted) {
+  if (!shifted.matrix.pattern) shifted.matrix = zero_matrix(K.pattern, "a shifted stiffness");
+  if (analyse(shifted.matrix, shifted.solver) != 0) return 0;
+  double sigma = first;
+  for (int i = 1; i <= SHIFTS; ++i) {
+    sigma *= BELOW;
+    if (shifted_matrix(K, B, sigma, shifted.matrix) > 0) continue;
+    if (solver_factor_real(shifted.solver.handle, SOLVER_POSITIVE_DEFINITE,
+                           shifted.matrix.values.data()) == 0)
+      return sigma;
+  }
+  return 0;
+}
+
+// Positive factors first, the smallest of them in front.
+void sort_modes(BucklingModes& modes) {
+  const auto place = [&](int m) { return std::pair(modes.eigval(m) <= 0, modes.eigval(m)); };
+  for (int m = 1; m < modes.eigval.size(); ++m) {
+    int least = m;
+    for (int i = m + 1; i <= modes.eigval.size(); ++i)
+      if (place(i) < place(least)) least = i;
+    if (least == m) continue;
+    std::swap(modes.eigval(m), modes.eigval(least));
+    std::swap_ranges(modes.eigvec.column(m), modes.eigvec.column(m) + modes.eigvec.rows(),
+                     modes.eigvec.column(least));
+  }
+}
+
 }  // namespace
 
 EigenOutcome buckling_solve(const SymmetricMatrix& K, SymmetricMatrix& KG,
@@ -187,6 +231,27 @@ EigenOutcome buckling_solve_factored(const SymmetricMatrix& K, SolverHandle* fac
   Lanczos L(K.n(), options);
   outcome.solver_code = iterate(K, KG, factors, done, L);
   if (outcome.solver_code == 0) finish(L, options.sigma, outcome, modes);
+  return outcome;
+}
+
+EigenOutcome lowest_factors(const SymmetricMatrix& K, SolverHandle* factors, SymmetricMatrix& KG,
+                            const EigenOptions& options, ShiftedStiffness& shifted,
+                            BucklingModes& modes) {
+  EigenOptions loose = options, sharp = options;
+  loose.nev = 1;
+  loose.tol = std::max(options.tol, LOOSE);
+  BucklingModes estimate{Vector<double>(1), Matrix<double>(K.n(), 1, "a buckling mode")};
+  const EigenOutcome first = buckling_solve_factored(K, factors, KG, loose, no_progress, estimate);
+  const SymmetricMatrix& B = KG;
+  if (first.solver_code != 0 || !first.found) return first;
+  const double sigma =
+      estimate.eigval(1) > 0 ? shift_below(K, B, estimate.eigval(1), shifted) : 0.0;
+  sharp.solver_type = sigma > 0 ? 2 : 1;
+  EigenOutcome outcome;
+  Lanczos L(K.n(), sharp);
+  outcome.solver_code = iterate(K, B, sigma > 0 ? shifted.solver.handle : factors, no_progress, L);
+  if (outcome.solver_code == 0) finish(L, sigma, outcome, modes);
+  if (outcome.found && sigma > 0) sort_modes(modes);
   return outcome;
 }
 

@@ -2,10 +2,9 @@
 #pragma once
 #include "matrix/symmetric.h"
 #include "solution/progress.h"
+#include "sparse/solver.h"
 
 namespace zelvo {
-
-struct SolverHandle;
 
 // Lanczos vectors of a check.
 constexpr int LANCZOS_VECTORS = 10;
@@ -50,5 +49,21 @@ EigenOutcome buckling_solve(const SymmetricMatrix& K, SymmetricMatrix& KG,
 EigenOutcome buckling_solve_factored(const SymmetricMatrix& K, SolverHandle* factors,
                                      SymmetricMatrix& KG, const EigenOptions& options,
                                      const Progress& done, BucklingModes& modes);
+
+// A matrix K - sigma B and its factors. The pattern is analysed once for all shifts.
+struct ShiftedStiffness {
+  SymmetricMatrix matrix;
+  OwnedSolver solver;
+};
+
+// The smallest positive factors, the first one first, sharp and with none left out, where the solver
+// holds the factors of K. A loose iteration by kind 1 finds where they begin; kind 2 about a shift
+// below finds them. That K - sigma B has a Cholesky factor proves that none lies between 0 and sigma
+// (Sylvester's law of inertia; Parlett 1998, ch. 3). Close factors, which kind 1 takes apart slowly,
+// lie far apart in nu. Where there are no positive ones, and where no shift is found, the check is
+// kind 1 alone. KG changes sign; options are those of kind 1.
+EigenOutcome lowest_factors(const SymmetricMatrix& K, SolverHandle* factors, SymmetricMatrix& KG,
+                            const EigenOptions& options, ShiftedStiffness& shifted,
+                            BucklingModes& modes);
 
 }  // namespace zelvo

@@ -79,7 +79,7 @@ HistoryCheck check_state(const Structure& structure, const FactoredStiffness& st
   assemble_geometric(structure, k, U, work.last, no_progress, KG);
   if (std::all_of(KG.values.begin(), KG.values.end(), [](double v) { return v == 0; }))
     return check;
-  check.outcome = buckling_solve_factored(K, factors, KG, options, no_progress, check.modes);
+  check.outcome = lowest_factors(K, factors, KG, options, work.shifted, check.modes);
   if (!check.outcome.found) return check;
   check.quality = measure_pairs(K, KG, check.modes);
   for (int m = 1; m <= options.nev; ++m)

@@ -37,13 +37,15 @@ struct FactoredStiffness {
 struct CheckWork {
   LastInverse& last;
   SymmetricMatrix& KG;
+  ShiftedStiffness& shifted;  // with the same pattern in all checks
 };
 
 // The check of a stiffness under the stresses of the displacements U, for steel of analysis k:
 //   history     K_k, U the sum of the stages' displacements
 //   batch rule  K_k, U = K_k^-1 (sum of the loads)
 //   softest     K of the softest model, U = K^-1 (sum of the loads)
-// options of kind 1: the smallest positive factors. Without stress (U = 0) nothing is found.
+// The smallest positive factors, none left out (buckling/check.h: lowest_factors). Without stress
+// (U = 0) nothing is found.
 HistoryCheck check_state(const Structure& structure, const FactoredStiffness& stiffness,
                          const Vector<double>& U, int k, const EigenOptions& options,
                          CheckWork& work);

@@ -53,10 +53,11 @@ struct Pass {
   const Progress& done;
   Factored stiff, soft;
   RowBundles rows;
-  Vector<double> F, U;     // of the stage
-  Vector<double> total;    // factored displacements of all stages so far
-  Vector<double> batch_F;  // factored loads of all stages so far, as the batch program sums them
-  SymmetricMatrix KG;      // work of the checks
+  Vector<double> F, U;       // of the stage
+  Vector<double> total;      // factored displacements of all stages so far
+  Vector<double> batch_F;    // factored loads of all stages so far, as the batch program sums them
+  SymmetricMatrix KG;        // work of the checks
+  ShiftedStiffness shifted;  // the same
   LastInverse last;
 
   double factor(int k) const {
@@ -173,7 +174,7 @@ void form_softest(const Structure& structure, Pass& p) {
 
 void check_buckling(const Structure& structure, int k, Pass& p, StageRecord& record) {
   const CheckChoice& wanted = p.options.checks;
-  CheckWork work{p.last, p.KG};
+  CheckWork work{p.last, p.KG, p.shifted};
   const auto check = [&](const Factored& f, const Vector<double>& U) {
     if (f.code != 0) return HistoryCheck{};
     return check_state(structure, {f.K, f.solver.handle}, U, k, p.options.eigen, work);
@@ -213,7 +214,7 @@ History construct(const Model& model, const HistoryOptions& options, const Progr
   assert(options.eigen.solver_type == 1);
   History h;
   h.structure = generate_structure(model);
-  Pass p{model, options, done, {}, {}, {}, {}, {}, {}, {}, {}, {}};
+  Pass p{model, options, done, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}};
   allocate(h.structure, p);
   std::vector<const Quantities*> increments, totals;
   h.stage.reserve(static_cast<std::size_t>(std::max(model.nanal, 0)));

@@ -8,7 +8,6 @@
 #include <chrono>
 #include <cmath>
 #include <csignal>
-#include <cstdarg>
 #include <ctime>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -16,6 +15,7 @@
 #include "base/failures.h"
 #include "construction/governing.h"
 #include "control/driver.h"
+#include "desk/judge.h"
 #include "desk/scratch.h"
 #include "exchange/describe.h"
 #include "exchange/results_json.h"
@@ -27,26 +27,6 @@ namespace zelvo {
 namespace {
 
 constexpr const char* RESULTS = "results.json";
-constexpr double LOST_LOAD = 1e-3;          // of the load, that reactions may miss
-constexpr double SPAN_SHARE = 1.0 / 50;     // of the span, that no girder deflects by
-constexpr double UNCONVERGED_LIMIT = 1e-6;  // residual of a solution
-
-struct Interrupted {
-  int signal;
-};
-
-void stop_if_interrupted() {
-  if (Interrupts::signal() != 0) throw Interrupted{Interrupts::signal()};
-}
-
-std::string text_of(const char* format, ...) {
-  char line[400];
-  va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(line, sizeof line, format, arguments);
-  va_end(arguments);
-  return line;
-}
 
 // What a run says while it goes on.
 struct Monitor {
@@ -75,33 +55,8 @@ void show_step(Monitor& m, Step step) {
   std::fflush(m.out);
 }
 
-// What the batch program would pass over in silence.
-void judge_stage(const StageRecord& s, Monitor& m) {
-  const StageChecks& c = s.checks;
-  const auto fail = [&](const std::string& text) {
-    m.failures.push_back("stage " + std::to_string(s.results.k) + ": " + text);
-  };
-  if (s.results.solver_code != 0)
-    return fail(
-        text_of("the structure cannot be solved (solver code %d): a single support, a "
-                "modulus of 0 or a folded section leave it free to move",
-                s.results.solver_code));
-  if (!s.results.finite)
-    return fail("displacements are no numbers: look for dimensions or moduli beyond all bounds");
-  if (!(c.imbalance <= LOST_LOAD))
-    fail(
-        text_of("reactions of %.6g kip do not carry the load of %.6g kip: the structure is nearly "
-                "free to move",
-                c.reactions, c.load));
-  if (!(c.residual <= UNCONVERGED_LIMIT))
-    fail(text_of("the solution misses its equations by %.1e: the structure is nearly free to move",
-                 c.residual));
-  const LargestDeflection total = largest_deflection(m.job.input.model, s.total.motion.deflection);
-  if (total.span > 0 && std::abs(total.value) > SPAN_SHARE * total.span)
-    fail(
-        text_of("a deflection of %.4g in at %.0f in is more than a fiftieth of the span: check "
-                "units of loads, areas and moduli",
-                total.value, total.position));
+void note_failures(const std::vector<std::string>& failures, Monitor& m) {
+  m.failures.insert(m.failures.end(), failures.begin(), failures.end());
 }
 
 double least_reaction(const StageRecord& s) {
@@ -132,20 +87,6 @@ void show_stage(const StageRecord& s, Monitor& m) {
   m.now = k + 1;
 }
 
-CheckChoice check_choice(const RunOptions& o, const Model& model) {
-  switch (o.buckling) {
-    case Buckling::NONE:
-      return {};
-    case Buckling::HISTORY:
-      return {true, false, false};
-    case Buckling::ALL:
-      return {true, true, true};
-    case Buckling::AS_INPUT:
-      break;
-  }
-  return {model.buckle, model.buckle, model.buckle};
-}
-
 // With the check on, the batch program's files stand at the first buckling load of each stage: it
 // writes them itself, in a process beside this one.
 struct BatchProcess {
@@ -165,7 +106,7 @@ void start_batch(const Job& job, const std::filesystem::path& folder, BatchProce
   const int console = open((folder / "console.txt").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
   dup2(console, STDOUT_FILENO);
   if (chdir(folder.c_str()) != 0) _exit(EXIT_FILE);
-  for (const int s : {SIGINT, SIGTERM, SIGHUP}) std::signal(s, SIG_DFL);
+  default_signals();
   const int status = run_program();
   std::fflush(stdout);
   _exit(status);
@@ -183,20 +124,6 @@ std::string content_of(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// Fields of asterisks and values that are no numbers, in a text that is about to be handed out.
-void judge_text(const std::string& name, const std::string& text, Monitor& m) {
-  for (const char* bad : {"*", "NaN", "Infinity", "determinant error"}) {
-    const std::size_t at = text.find(bad);
-    if (at == text.npos) continue;
-    const auto line =
-        std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n');
-    m.failures.push_back(name + ", line " + std::to_string(line + 1) + ": '" + bad +
-                         (bad[0] == 'd' ? "': elements of the section fold over one another"
-                                        : "': a value does not fit its field"));
-    return;
-  }
-}
-
 std::string utc_now() {
   const std::time_t now = std::time(nullptr);
   char text[40];
@@ -204,19 +131,13 @@ std::string utc_now() {
   return text;
 }
 
-std::filesystem::path folder_of(const RunOptions& o) {
-  if (!o.folder.empty()) return o.folder;
-  const std::filesystem::path parent = std::filesystem::path(o.path).parent_path();
-  return parent.empty() ? "." : parent;
-}
-
 // The pass over the stages, with the files of the stages in `files`.
 History construct_job(const Job& job, const RunOptions& o, Monitor& monitor, ResultFiles& files) {
   const Model& model = job.input.model;
-  HistoryOptions options = history_options(job, check_choice(o, model));
+  HistoryOptions options = history_options(job, check_choice(o.buckling, model));
   options.stage_done = [&](const Structure& structure, const StageRecord& s, const Vector<double>&,
                            const Vector<double>&) {
-    judge_stage(s, monitor);
+    note_failures(stage_failures(model, s), monitor);
     show_stage(s, monitor);
     if (!model.buckle) write_stage(structure, s.results, files);
     stop_if_interrupted();
@@ -234,9 +155,9 @@ std::vector<std::string> write_results(const Job& job, const History& history,
   std::vector<std::string> names;
   for (ResultFile* f : all_files(files)) {
     if (job.input.model.buckle)
-      judge_text(f->name, content_of(scratch / f->name), monitor);
+      note_failures(text_failures(f->name, content_of(scratch / f->name)), monitor);
     else {
-      judge_text(f->name, f->text, monitor);
+      note_failures(text_failures(f->name, f->text), monitor);
       write_file(scratch / f->name, f->text);
     }
     names.push_back(f->name);
@@ -255,13 +176,16 @@ void print_failures(const std::vector<std::string>& failures) {
 int run_job(const Job& job, const RunOptions& o, std::FILE* shown, Capture& capture,
             Json& results) {
   Monitor monitor{job, shown, isatty(fileno(shown)) == 1};
-  const std::filesystem::path folder = std::filesystem::absolute(folder_of(o));
+  const std::filesystem::path folder = std::filesystem::absolute(folder_of(o)).lexically_normal();
+  ResultFiles files;
+  std::filesystem::create_directories(folder);
+  spare_input(o.path, folder / RESULTS);
+  for (const ResultFile* f : all_files(files)) spare_input(o.path, folder / f->name);
   const Scratch scratch(folder);
   BatchProcess batch;
   if (job.input.model.buckle) start_batch(job, scratch.path, batch);
-  ResultFiles files;
   const History history = construct_job(job, o, monitor, files);
-  judge_text("console", capture.text(), monitor);
+  note_failures(text_failures("console", capture.text()), monitor);
   if (batch.pid > 0)
     if (const int status = finish_batch(batch); status != 0)
       monitor.failures.push_back("the batch run beside ended with status " +
@@ -295,7 +219,33 @@ int run_and_keep(const RunOptions& o, const Job& job, Json& results) {
   }
 }
 
+// What lies in the file, if it is the results of this very input by this program; else null.
+Json kept_results(const Job& job, const std::filesystem::path& path) {
+  if (!std::filesystem::exists(path)) return nullptr;
+  Json results = Json::parse(content_of(path), nullptr, false);
+  if (!results.is_object() || !results.contains("input") || !results["input"].is_object())
+    return nullptr;
+  const bool ours = results.value("format", Json()) == "zelvo-results" &&
+                    results.value("program", Json()) == "zelvo-desk " ZELVO_VERSION &&
+                    results["input"].value("sha256", Json()) == sha256(job.content);
+  return ours ? results : Json();
+}
+
 }  // namespace
+
+CheckChoice check_choice(Buckling buckling, const Model& model) {
+  switch (buckling) {
+    case Buckling::NONE:
+      return {};
+    case Buckling::HISTORY:
+      return {true, false, false};
+    case Buckling::ALL:
+      return {true, true, true};
+    case Buckling::AS_INPUT:
+      break;
+  }
+  return {model.buckle, model.buckle, model.buckle};
+}
 
 void print_notes(const Job& job) {
   const InputNotes& n = job.input.notes;
@@ -327,20 +277,22 @@ int run_command(const RunOptions& o) {
   return status;
 }
 
+std::filesystem::path folder_of(const RunOptions& o) {
+  if (!o.folder.empty()) return o.folder;
+  const std::filesystem::path parent = std::filesystem::path(o.path).parent_path();
+  return parent.empty() ? std::filesystem::path(".") : parent;
+}
+
 Json results_of(const RunOptions& o, int& status) {
   const Job job = read_job(o.path);
-  const std::filesystem::path kept = folder_of(o) / RESULTS;
-  status = EXIT_CLEAN;
-  if (std::filesystem::exists(kept)) {
-    Json results = Json::parse(content_of(kept), nullptr, false);
-    if (!results.is_discarded() && results.value("format", "") == "zelvo-results" &&
-        results["input"].value("sha256", "") == sha256(job.content))
-      return results;
+  Json results = kept_results(job, folder_of(o) / RESULTS);
+  if (results.is_null()) {
+    RunOptions quiet = o;
+    quiet.json = true;
+    status = run_and_keep(quiet, job, results);
+    return results;
   }
-  Json results;
-  RunOptions quiet = o;
-  quiet.json = true;
-  status = run_and_keep(quiet, job, results);
+  status = job.input.notes.warnings.empty() ? EXIT_CLEAN : EXIT_WARNINGS;
   return results;
 }
 

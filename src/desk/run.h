@@ -1,5 +1,6 @@
 // The run of a job: the nine result files and results.json, all of them or none.
 #pragma once
+#include <filesystem>
 #include <string>
 
 #include "construction/history.h"
@@ -36,6 +37,12 @@ int run_command(const RunOptions& options);
 // results.json of a job: read where it lies beside the input and belongs to it, else by a run.
 // status is that of the run; other than clean or warnings there are no results.
 Json results_of(const RunOptions& options, int& status);
+
+// Where the results of a run lie.
+std::filesystem::path folder_of(const RunOptions& options);
+
+// The checks of a pass over the stages of a model.
+CheckChoice check_choice(Buckling buckling, const Model& model);
 
 // Faults and warnings, a line each, on standard error.
 void print_notes(const Job& job);

@@ -22,6 +22,11 @@ constexpr int SIGNALS[] = {SIGINT, SIGTERM, SIGHUP};
 
 }  // namespace
 
+void default_signals() {
+  for (const int s : SIGNALS)
+    if (std::signal(s, SIG_DFL) == SIG_IGN) std::signal(s, SIG_IGN);
+}
+
 Scratch::Scratch(const std::filesystem::path& inside) {
   std::string name = (inside / ".zelvo-XXXXXX").string();
   if (mkdtemp(name.data()) == nullptr) throw FileFailure{name, std::strerror(errno)};
@@ -45,6 +50,12 @@ void write_file(const std::filesystem::path& path, const std::string& content) {
 void move_file(const std::filesystem::path& from, const std::filesystem::path& to) {
   if (std::rename(from.c_str(), to.c_str()) != 0)
     throw FileFailure{to.string(), std::strerror(errno)};
+}
+
+void spare_input(const std::filesystem::path& input, const std::filesystem::path& output) {
+  std::error_code missing;
+  if (std::filesystem::equivalent(input, output, missing))
+    throw FileFailure{output.string(), "is the input itself"};
 }
 
 Capture::Capture() {
@@ -74,17 +85,24 @@ std::string Capture::text() {
   return content;
 }
 
+// No SA_RESTART: a signal ends waiting for another process.
 Interrupts::Interrupts() {
   signal_received = 0;
-  struct sigaction action {};
+  struct sigaction action {
+  }, before{};
   action.sa_handler = note_signal;
-  for (const int s : SIGNALS) sigaction(s, &action, nullptr);
+  for (const int s : SIGNALS) {
+    sigaction(s, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) sigaction(s, &action, nullptr);
+  }
 }
 
-Interrupts::~Interrupts() {
-  for (const int s : SIGNALS) std::signal(s, SIG_DFL);
-}
+Interrupts::~Interrupts() { default_signals(); }
 
 int Interrupts::signal() { return signal_received; }
+
+void stop_if_interrupted() {
+  if (signal_received != 0) throw Interrupted{signal_received};
+}
 
 }  // namespace zelvo

@@ -20,6 +20,9 @@ void write_file(const std::filesystem::path& path, const std::string& content);
 // Moves a file over another of the same file system in one step.
 void move_file(const std::filesystem::path& from, const std::filesystem::path& to);
 
+// Throws FileFailure where the output is the input itself.
+void spare_input(const std::filesystem::path& input, const std::filesystem::path& output);
+
 // Takes over standard output: what the analysis prints is kept, and `shown` is what it was.
 struct Capture {
   Capture();
@@ -33,7 +36,8 @@ struct Capture {
 };
 
 // A signal that asked the program to end; 0 while there was none. Between construction and
-// destruction interrupt, termination and hangup only set it.
+// destruction interrupt, termination and hangup only set it, unless the program that started this
+// one had them ignored.
 struct Interrupts {
   Interrupts();
   ~Interrupts();
@@ -41,5 +45,14 @@ struct Interrupts {
   Interrupts& operator=(const Interrupts&) = delete;
   static int signal();
 };
+
+// Those signals end the program again, but for ignored ones.
+void default_signals();
+
+// Thrown out of a pass when a signal has asked for it.
+struct Interrupted {
+  int signal;
+};
+void stop_if_interrupted();
 
 }  // namespace zelvo

@@ -26,7 +26,8 @@ struct State {
   OwnedSolver solver;             // holds K
   LastInverse last;
   HistoryCheck check(const Vector<double>& U, const EigenOptions& options = TIGHT) {
-    CheckWork work{last, KG};
+    ShiftedStiffness shifted;
+    CheckWork work{last, KG, shifted};
     return check_state(structure, {K, solver.handle}, U, 1, options, work);
   }
 };
