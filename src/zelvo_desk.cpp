@@ -71,7 +71,8 @@ void add_exports(CLI::App& app, ExportOptions& o, Command& chosen) {
   const auto add = [&](const char* name, const char* help, int (*command)(const ExportOptions&)) {
     return add_export(app, name, help, o, command, chosen);
   };
-  add("report", "One HTML page of the results", report_command);
+  add("report", "One HTML page of the results", report_command)
+      ->add_option("--buckled", o.picture, "SVG file for the lowest mode of the check by history");
   add("csv", "The results as one long table", csv_command)
       ->add_flag("--strips", o.strips, "With the stresses of every strip of the plates");
   add("xlsx", "The results as a workbook", xlsx_command);

@@ -23,26 +23,26 @@ using std::filesystem::path;
 
 bool good(int status) { return status == EXIT_CLEAN || status == EXIT_WARNINGS; }
 
-int status_of(const Job& job, bool strict) {
-  if (!job.sound()) return EXIT_BAD_INPUT;
-  if (job.input.notes.warnings.empty()) return EXIT_CLEAN;
-  return strict ? EXIT_ERRORS : EXIT_WARNINGS;
-}
-
 // The output as given, or a name in the folder of the results.
 path beside_results(const ExportOptions& o, const std::string& name) {
   return (o.output.empty() ? folder_of(o.run) / name : path(o.output)).lexically_normal();
 }
 
-// Writes the results by write(results, file) in a scratch folder and moves the file into place.
+// Writes the results by write(results, file) in a scratch folder and moves the file into place; what
+// is no plain file, such as /dev/stdout, is written to.
 template <class Write>
 int export_results(const ExportOptions& o, const char* name, Write write) {
-  const path output = beside_results(o, name);
+  path output = beside_results(o, name);
   spare_input(o.run.path, output);
   int status = EXIT_CLEAN;
   const Json results = results_of(o.run, status);
   if (!good(status)) return status;
-  const Scratch scratch(std::filesystem::absolute(output).parent_path());
+  if (exists(output)) output = canonical(output);
+  if (exists(output) && !is_regular_file(output)) {
+    write(results, output);
+    return status;
+  }
+  const Scratch scratch(absolute(output).parent_path());
   const path draft = scratch.path / name;
   write(results, draft);
   move_file(draft, output);
@@ -113,14 +113,19 @@ int write_fields(const Job& job, const ExportOptions& o) {
     move_file(entry.path(), folder / entry.path().filename());
   }
   std::printf("%s\n", (folder / (fields.stem + ".pvd")).c_str());
-  return status_of(job, o.run.strict);
+  return status_of(job);
 }
 
 }  // namespace
 
 int report_command(const ExportOptions& o) {
-  return export_results(o, "report.html", [](const Json& results, const path& file) {
+  return export_results(o, "report.html", [&](const Json& results, const path& file) {
     write_file(file, report_html(results));
+    if (o.picture.empty()) return;
+    spare_input(o.run.path, o.picture);
+    const std::string picture = buckled_svg(results);
+    if (picture.empty()) throw FileFailure{o.picture, "no buckled shape has been found to draw"};
+    write_file(o.picture, picture);
   });
 }
 
@@ -138,8 +143,7 @@ int xlsx_command(const ExportOptions& o) {
 
 int vtu_command(const ExportOptions& o) {
   const Job job = read_job(o.run.path);
-  print_notes(job);
-  if (const int status = status_of(job, o.run.strict); !good(status)) return status;
+  if (const int status = opening_status(job, o.run.strict); !good(status)) return status;
   const Interrupts interrupts;
   try {
     return write_fields(job, o);
@@ -151,8 +155,7 @@ int vtu_command(const ExportOptions& o) {
 
 int inp_command(const ExportOptions& o) {
   const Job job = read_job(o.run.path);
-  print_notes(job);
-  if (const int status = status_of(job, o.run.strict); !good(status)) return status;
+  if (const int status = opening_status(job, o.run.strict); !good(status)) return status;
   const Model& model = job.input.model;
   if (o.stage < 1 || o.stage > model.nanal) {
     std::fprintf(stderr, "zelvo-desk: there is no stage %d: the input has %d\n", o.stage,
@@ -164,7 +167,7 @@ int inp_command(const ExportOptions& o) {
   spare_input(o.run.path, output);
   write_file(output, calculix_deck(model, generate_structure(model), o.stage));
   std::printf("%s\n", output.c_str());
-  return status_of(job, o.run.strict);
+  return status_of(job);
 }
 
 }  // namespace zelvo

@@ -9,6 +9,7 @@ namespace zelvo {
 struct ExportOptions {
   RunOptions run;       // where the results lie, or how they are made if they do not
   std::string output;   // file, for vtu folder; without it a name beside the results
+  std::string picture;  // report: SVG file of the lowest mode
   bool strips = false;  // csv: with the stresses of every strip
   int stage = 1;        // inp
 };

@@ -199,13 +199,11 @@ int run_job(const Job& job, const RunOptions& o, std::FILE* shown, Capture& capt
   for (const std::string& name : names) move_file(scratch.path / name, folder / name);
   std::fprintf(shown, "%zu files in %s, %.1f s\n", names.size(), folder.c_str(),
                seconds_since(monitor.start));
-  return job.input.notes.warnings.empty() ? EXIT_CLEAN : EXIT_WARNINGS;
+  return status_of(job);
 }
 
 int run_and_keep(const RunOptions& o, const Job& job, Json& results) {
-  print_notes(job);
-  if (!job.sound()) return EXIT_BAD_INPUT;
-  if (o.strict && !job.input.notes.warnings.empty()) return EXIT_ERRORS;
+  if (const int status = opening_status(job, o.strict); status > EXIT_WARNINGS) return status;
   const Interrupts interrupts;
   Capture capture;
   // Where results alone are wanted, or JSON, progress does not belong on standard output.
@@ -262,6 +260,22 @@ void print_notes(const Job& job) {
                  static_cast<long long>(n.faults_left_out));
 }
 
+int status_of(const Job& job) {
+  return job.input.notes.warnings.empty() ? EXIT_CLEAN : EXIT_WARNINGS;
+}
+
+int opening_status(const Job& job, bool strict) {
+  print_notes(job);
+  if (!job.sound()) return EXIT_BAD_INPUT;
+  if (job.input.model.nanal < 1) {
+    std::fprintf(stderr, "%s: error: there are no stages, so there are no results\n",
+                 job.path.c_str());
+    return EXIT_ERRORS;
+  }
+  const int status = status_of(job);
+  return strict && status == EXIT_WARNINGS ? EXIT_ERRORS : status;
+}
+
 int run_command(const RunOptions& o) {
   Json results;
   const int status = run_and_keep(o, read_job(o.path), results);
@@ -292,7 +306,7 @@ Json results_of(const RunOptions& o, int& status) {
     status = run_and_keep(quiet, job, results);
     return results;
   }
-  status = job.input.notes.warnings.empty() ? EXIT_CLEAN : EXIT_WARNINGS;
+  status = status_of(job);
   return results;
 }
 

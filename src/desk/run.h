@@ -47,4 +47,10 @@ CheckChoice check_choice(Buckling buckling, const Model& model);
 // Faults and warnings, a line each, on standard error.
 void print_notes(const Job& job);
 
+// Prints the notes of a job that is to be analysed and says whether it can be: clean or warnings if
+// so; else EXIT_BAD_INPUT, or errors (strict and warnings, no stages).
+int opening_status(const Job& job, bool strict);
+// Of a job that can be: clean or warnings.
+int status_of(const Job& job);
+
 }  // namespace zelvo

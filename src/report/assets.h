@@ -9,6 +9,6 @@ struct Asset {
   std::string_view sha256;  // of the text, 64 hexadecimal digits
 };
 
-extern const Asset REPORT_CSS, REPORT_JS, VIEWER_JS, THREE_JS;
+extern const Asset REPORT_CSS, BUCKLED_CSS, REPORT_JS, VIEWER_JS, THREE_JS;
 
 }  // namespace zelvo::report

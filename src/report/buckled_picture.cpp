@@ -175,15 +175,17 @@ Html ghost(const Shape& s, const View& v, const Camera& c, const Fit& fit) {
   return html(out, "\"/>");
 }
 
-Html stretch_view(const Shape& s, const View& v, const Frame& f) {
+// place: attributes of its svg element.
+Html stretch_view(const Shape& s, const View& v, const Frame& f, const Html& place) {
   const Camera c = camera(f);
   const std::vector<Quad> quads = quads_of(s, v, c);
   Extent extent;
   for (const Quad& q : quads)
     for (const Dot& d : q.corner) extent.take(d.x, d.y);
   const Fit fit(extent, 632, 360);
-  Html out = html("<svg class=\"drawing buckled\" viewBox=\"0 0 ", fit.x(extent.right) + 4, " ",
-                  fit.y(extent.bottom) + 4, "\" role=\"img\" aria-label=\"buckled shape\">");
+  Html out =
+      html("<svg ", place, " class=\"drawing buckled\" viewBox=\"0 0 ", fit.x(extent.right) + 4,
+           " ", fit.y(extent.bottom) + 4, "\" role=\"img\" aria-label=\"buckled shape\">");
   for (const Quad& q : quads) {
     put(out, "<path class=\"q", std::min(5, static_cast<int>(6 * q.motion)), "\" d=\"M");
     for (const Dot& d : q.corner) put(out, fit.x(d.x), " ", fit.y(d.y), " ");
@@ -192,14 +194,16 @@ Html stretch_view(const Shape& s, const View& v, const Frame& f) {
   return html(out, ghost(s, v, c, fit), "</svg>");
 }
 
-Html section_view(const Shape& s, std::size_t j, const Frame& f, double amplitude) {
+Html section_view(const Shape& s, std::size_t j, const Frame& f, double amplitude,
+                  const Html& place) {
   const auto across = [&](const Vec& p) { return dot(sum(p, -1, f.origin), f.right); };
   Extent extent;
   for (int n = 0; n < s.g.nodes_per_section; ++n)
     for (const Vec& p : {s.home(j, n), s.moved(j, n, amplitude)}) extent.take(across(p), -p[1]);
   const Fit fit(extent, 332, 260);
-  Html out = html("<svg class=\"drawing buckled\" viewBox=\"0 0 ", fit.x(extent.right) + 4, " ",
-                  fit.y(extent.bottom) + 4, "\" role=\"img\" aria-label=\"buckled section\">");
+  Html out =
+      html("<svg ", place, " class=\"drawing buckled\" viewBox=\"0 0 ", fit.x(extent.right) + 4,
+           " ", fit.y(extent.bottom) + 4, "\" role=\"img\" aria-label=\"buckled section\">");
   for (const bool moved : {false, true}) {
     put(out, moved ? html("<path class=\"moved\" d=\"") : html("<path class=\"ghost\" d=\""));
     for (const Run& run : s.g.runs)
@@ -213,16 +217,39 @@ Html section_view(const Shape& s, std::size_t j, const Frame& f, double amplitud
   return html(out, "</svg>");
 }
 
-}  // namespace
-
-Html buckled_picture(const Geometry& geometry, const ModeText& mode, const Bridge& bridge) {
+// Both views, with the attributes of their elements.
+struct Views {
+  Html stretch, section;
+};
+Views views_of(const Geometry& geometry, const ModeText& mode, const Bridge& bridge,
+               const Html& left, const Html& right) {
   if (mode.shape.size() != geometry.xyz.size() || geometry.section.size() < 2) return {};
   const Shape s{geometry, mode.shape};
   const std::size_t j = nearest_section(geometry, mode.position);
   const Frame f = frame_at(s, j);
-  const View v = view_of(s, mode, bridge);
-  return html("<div class=\"columns wide-left\"><div>", stretch_view(s, v, f), "</div><div>",
-              section_view(s, j, f, 0.2 * bridge.depth), "</div></div>");
+  return {stretch_view(s, view_of(s, mode, bridge), f, left),
+          section_view(s, j, f, 0.2 * bridge.depth, right)};
+}
+
+}  // namespace
+
+Html buckled_picture(const Geometry& geometry, const ModeText& mode, const Bridge& bridge) {
+  const auto [stretch, section] = views_of(geometry, mode, bridge, {}, {});
+  if (stretch.text.empty()) return {};
+  return html("<div class=\"columns wide-left\"><div>", stretch, "</div><div>", section,
+              "</div></div>");
+}
+
+Html buckled_drawing(const Geometry& geometry, const ModeText& mode, const Bridge& bridge,
+                     const Html& style) {
+  const auto [stretch, section] =
+      views_of(geometry, mode, bridge, html("width=\"640\" height=\"360\""),
+               html("x=\"660\" width=\"340\" height=\"360\""));
+  if (stretch.text.empty()) return {};
+  return html(
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 1000 360\" width=\"1000\">\n<style>",
+      style, "</style>\n<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n", stretch, "\n",
+      section, "\n</svg>\n");
 }
 
 }  // namespace zelvo::report

@@ -9,4 +9,8 @@ namespace zelvo::report {
 // where the mode is largest, both with the undeformed outline. Nothing without a shape.
 Html buckled_picture(const Geometry& geometry, const ModeText& mode, const Bridge& bridge);
 
+// The same two views side by side as an SVG file with its own style.
+Html buckled_drawing(const Geometry& geometry, const ModeText& mode, const Bridge& bridge,
+                     const Html& style);
+
 }  // namespace zelvo::report

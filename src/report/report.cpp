@@ -1,6 +1,7 @@
 #include "report/report.h"
 
 #include "report/assets.h"
+#include "report/buckled_picture.h"
 #include "report/sections.h"
 #include "report/wording.h"
 
@@ -33,7 +34,8 @@ Html policy() {
   return html(
       "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; script-src",
       Html{source(THREE_JS) + source(VIEWER_JS) + source(REPORT_JS)}, "; style-src",
-      Html{source(REPORT_CSS)}, "; img-src data:; base-uri 'none'; form-action 'none'\">");
+      Html{source(REPORT_CSS) + source(BUCKLED_CSS)},
+      "; img-src data:; base-uri 'none'; form-action 'none'\">");
 }
 
 Html script(const Asset& asset) {
@@ -78,8 +80,9 @@ Html heading(const Results& r) {
 Html page(const Results& r) {
   Html out = html("<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">", policy(),
                   "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"><title>",
-                  r.title, "</title><style>", Html{std::string(REPORT_CSS.text)},
-                  "</style></head><body>", contents(), "<main>", heading(r));
+                  r.title, "</title><style>", Html{std::string(REPORT_CSS.text)}, "</style><style>",
+                  Html{std::string(BUCKLED_CSS.text)}, "</style></head><body>", contents(),
+                  "<main>", heading(r));
   int number = 0;
   for (const Section& s : SECTIONS)
     put(out, "<section id=\"", s.id, "\"><h2>", ++number, " ", s.title, "</h2>", s.body(r),
@@ -97,6 +100,15 @@ Html page(const Results& r) {
 
 std::string report_html(const Json& results) {
   return report::page(report::read_results(results)).text;
+}
+
+std::string buckled_svg(const Json& results) {
+  const report::Results r = report::read_results(results);
+  const report::ModeText* mode = report::lowest_mode(r);
+  if (mode == nullptr) return {};
+  return report::buckled_drawing(r.geometry, *mode, r.bridge,
+                                 report::Html{std::string(report::BUCKLED_CSS.text)})
+      .text;
 }
 
 }  // namespace zelvo

@@ -10,4 +10,7 @@ namespace zelvo {
 // results, in other units at most. Keys that are missing throw nlohmann::json::exception.
 std::string report_html(const Json& results);
 
+// The lowest mode by history as a drawing of its own; empty where no mode has a shape.
+std::string buckled_svg(const Json& results);
+
 }  // namespace zelvo

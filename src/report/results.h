@@ -152,4 +152,7 @@ struct Results {
 // Keys that are missing throw nlohmann::json::exception.
 Results read_results(const Json& json);
 
+// The lowest mode of the checks by history; null if there is none.
+const ModeText* lowest_mode(const Results& r);
+
 }  // namespace zelvo::report

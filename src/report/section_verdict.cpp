@@ -40,13 +40,6 @@ Html uplift_sentence(const Results& r) {
                               stage_label(r, worst->stage), "."));
 }
 
-const ModeText* lowest_mode(const Results& r) {
-  const LowestText& l = r.lowest_history;
-  if (l.stage == 0) return nullptr;
-  return &r.history.at(static_cast<std::size_t>(l.stage - 1))
-              .modes.at(static_cast<std::size_t>(l.mode - 1));
-}
-
 Html buckling_sentence(const Results& r) {
   const ModeText* mode = lowest_mode(r);
   if (mode == nullptr) {
@@ -166,6 +159,13 @@ Html governing_table(const Results& r) {
 }
 
 }  // namespace
+
+const ModeText* lowest_mode(const Results& r) {
+  const LowestText& l = r.lowest_history;
+  if (l.stage == 0) return nullptr;
+  return &r.history.at(static_cast<std::size_t>(l.stage - 1))
+              .modes.at(static_cast<std::size_t>(l.mode - 1));
+}
 
 Html verdict(const Results& r) {
   return html(
