@@ -33,6 +33,9 @@ Html factor_rows(const Results& r, std::size_t k) {
   for (const auto* checks : {&r.history, &r.batch_rule, &r.softest})
     if (k < checks->size()) modes = std::max(modes, (*checks)[k].modes.size());
   Html out = html("<tbody>");
+  if (modes == 0)
+    put(out, "<tr><th scope=\"row\">", stage_label(r, static_cast<int>(k) + 1),
+        "</th><td class=\"l\" colspan=\"6\">no factor was found</td></tr>");
   for (std::size_t m = 0; m < modes; ++m) {
     const ModeText* mode = mode_of(r.history, k, m);
     put(out, "<tr>");

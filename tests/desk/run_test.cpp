@@ -92,7 +92,8 @@ TEST(Run, LeavesTheLastResultsWhenItFails) {
       {braced().set("pour_seq", "1\n1\n240\n1e-6 .001 90000.\n1").text(), "", EXIT_ERRORS,
        "more than a fiftieth of the span: check units"},
       {braced().set("rcurv", "72").text(), "", 65, "radius is too small"},
-      {braced().set("lgbr", "245").text(), "--strict", EXIT_ERRORS, "warning"},
+      {braced().set("web_stiffener", "1\n120 0 .75").text(), "--strict", EXIT_ERRORS,
+       "warning: web_stiffener row 1: width is 0"},
       {braced().text() + "!@ stage 9 none\n", "", 65, "error: !@ stage"},
       {braced().set("pour_seq", "0\n1\n240\n1").text(), "", EXIT_ERRORS, "there are no stages"},
   };
