@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <set>
 #include <tuple>
 
@@ -23,6 +24,9 @@ constexpr double AREA_STEP = 5;         // from the middle one of a table
 constexpr int LARGEST_TYPE = 9;         // codes select nothing; larger ones are positions or areas
 constexpr double FRAME_DISTANCE = 480;  // inches, 40 ft
 constexpr double FRAME_GAP = 1.75, EXTERNAL_GAP = 1.9, FRAME_CROWD = 0.25;  // of the middle one
+
+constexpr int FRAME_SHIFT = 12;  // inches, one step of the grid
+constexpr int LEAST_PANELS = 6;  // in which the directions of laterals show a pattern
 
 using Places = std::set<int>;
 
@@ -88,6 +92,44 @@ void check_distances(Checked& c, Keyword k, const Places& frames, double gap) {
   }
 }
 
+// Row of a table at a position, or 0.
+int row_at(const Vector<int>& position, int at) {
+  for (int i = 1; i <= position.size(); ++i)
+    if (position(i) == at) return i;
+  return 0;
+}
+
+// Lateral ends: how many at each position.
+std::map<int, int> lateral_ends(const Model& m) {
+  std::map<int, int> ends;
+  for (int i = 1; i <= m.nlat; ++i) ++ends[m.lat_from(i)], ++ends[m.lat_to(i)];
+  return ends;
+}
+
+// One frame out of step: not amid its neighbours, while all others of the span stand equally apart
+// and no lateral follows it.
+void check_rhythm(Checked& c, const Places& frames) {
+  const Model& m = c.job.input.model;
+  const std::map<int, int> ends = lateral_ends(m);
+  for (const Span& span : spans_of(m)) {
+    const std::vector<int> at(frames.lower_bound(static_cast<int>(span.begin)),
+                              frames.upper_bound(static_cast<int>(span.end)));
+    std::vector<double> distance;
+    for (std::size_t i = 1; i < at.size(); ++i) distance.push_back(at[i] - at[i - 1]);
+    const double common = middle(distance);
+    const auto alike = std::count(distance.begin(), distance.end(), common);
+    if (at.size() < 6 || alike + 2 != static_cast<std::ptrdiff_t>(distance.size())) continue;
+    for (std::size_t i = 1; i + 1 < at.size(); ++i)
+      if (at[i + 1] - at[i - 1] == 2 * common && at[i] - at[i - 1] != common &&
+          std::abs(at[i] - at[i - 1] - common) > FRAME_SHIFT && ends.count(at[i]) == 0)
+        if (const int row = row_at(m.ib_pos, at[i]); row > 0)
+          warn(c, INTERNAL_BRACE, row, "stands ",
+               std::to_string(at[i] - at[i - 1]) + " and " + std::to_string(at[i + 1] - at[i]),
+               " in from its neighbours, where the others stand " + plain(common) +
+                   " apart: a wrong position?");
+  }
+}
+
 // All positions of a table together near the first end, as they are in feet.
 bool in_feet(Checked& c, Keyword k, const Vector<int>& position) {
   const int length = c.job.input.model.lgbr;
@@ -107,10 +149,12 @@ void check_at_supports(Checked& c, Keyword k, const Places& at, const char* what
   const auto outer = [&](int position) {
     return position == *supports.begin() || position == *supports.rbegin();
   };
+  const bool stiffeners = k == WEB_STIFFENER;  // if ends have them, inner supports want them more
   for (int i = 1; i <= m.nsupp; ++i) {
     if (at.count(m.supp_pos(i)) > 0) continue;
     const bool others = std::any_of(supports.begin(), supports.end(), [&](int position) {
-      return at.count(position) > 0 && outer(position) == outer(m.supp_pos(i));
+      const bool alike = outer(position) == outer(m.supp_pos(i));
+      return at.count(position) > 0 && (alike || (stiffeners && outer(position)));
     });
     if (others)
       warn(c, k, 0,
@@ -132,6 +176,7 @@ void check_internal(Checked& c, const Places& supports) {
   Places frames = places(m.ib_pos);
   frames.insert(supports.begin(), supports.end());
   check_distances(c, INTERNAL_BRACE, frames, FRAME_GAP);
+  check_rhythm(c, frames);
 }
 
 void check_external(Checked& c, const Places& frames) {
@@ -199,6 +244,69 @@ void check_lateral_ends(Checked& c, const Places& frames) {
   }
 }
 
+// A frame that a lateral passes on its way to a place where laterals meet without one.
+void check_passed_frames(Checked& c) {
+  const Model& m = c.job.input.model;
+  const std::map<int, int> ends = lateral_ends(m);
+  const Places frames = places(m.ib_pos), supports = places(m.supp_pos);
+  for (int i = 1; i <= m.nlat; ++i)
+    for (const int end : {m.lat_from(i), m.lat_to(i)}) {
+      if (frames.count(end) + supports.count(end) > 0 || ends.at(end) < 2) continue;
+      const auto frame = frames.upper_bound(std::min(m.lat_from(i), m.lat_to(i)));
+      if (frame == frames.end() || *frame >= std::max(m.lat_from(i), m.lat_to(i)) ||
+          ends.count(*frame) > 0)
+        continue;
+      warn(c, INTERNAL_BRACE, row_at(m.ib_pos, *frame), "stands at ", std::to_string(*frame),
+           " in, while the laterals meet at " + std::to_string(end) + ": a wrong position?");
+    }
+}
+
+// One lateral alone that breaks the zigzag of single diagonals: it has the direction of both its
+// neighbours. (A pattern that is turned round at midspan or at a support breaks in one place.)
+void check_zigzag(Checked& c) {
+  const Model& m = c.job.input.model;
+  std::map<int, int> row;  // by first position
+  for (int i = 1; i <= m.nlat; ++i)
+    if (m.lat_from(i) >= m.lat_to(i) || !row.emplace(m.lat_from(i), i).second) return;
+  std::vector<int> rows, same;
+  for (const auto& [from, i] : row) {
+    if (!rows.empty() && m.lat_to(rows.back()) != from) return;
+    if (!rows.empty() && m.lat_type(rows.back()) == m.lat_type(i))
+      same.push_back(static_cast<int>(rows.size()));
+    rows.push_back(i);
+  }
+  if (static_cast<int>(rows.size()) < LEAST_PANELS || same.size() * 3 > rows.size()) return;
+  for (std::size_t s = 1; s < same.size(); ++s)
+    if (same[s] == same[s - 1] + 1)
+      warn(c, TOP_LATERAL, rows[static_cast<std::size_t>(same[s - 1])], "direction ",
+           std::to_string(m.lat_type(rows[static_cast<std::size_t>(same[s - 1])])),
+           " is that of both neighbours, where the others alternate: a wrong direction?");
+}
+
+// A place where a stiffener stands and laterals meet, or the girder ends, without a frame is that of
+// a support.
+void check_support_places(Checked& c, const Places& frames) {
+  const Model& m = c.job.input.model;
+  const Places stiffeners = places(m.ws_pos);
+  const std::map<int, int> ends = lateral_ends(m);
+  for (const int at : stiffeners) {
+    if (frames.count(at) > 0 || ends.count(at) == 0) continue;
+    int nearest = 0;
+    for (int i = 1; i <= m.nsupp; ++i) {
+      const bool nearer =
+          nearest == 0 || std::abs(m.supp_pos(i) - at) < std::abs(m.supp_pos(nearest) - at);
+      if (stiffeners.count(m.supp_pos(i)) == 0 && nearer) nearest = i;
+    }
+    const std::string place = std::to_string(at);
+    if (nearest == 0)
+      warn(c, SUPPORT, 0, "laterals and a stiffener meet at ", place,
+           " in, where no support stands: one forgotten?");
+    else
+      warn(c, SUPPORT, nearest, "stands at ", std::to_string(m.supp_pos(nearest)),
+           " in, while laterals and a stiffener meet at " + place + ": a wrong position?");
+  }
+}
+
 void check_laterals(Checked& c, const Places& frames) {
   const Model& m = c.job.input.model;
   if (m.nlat == 0 && m.curved())
@@ -219,7 +327,10 @@ void check_laterals(Checked& c, const Places& frames) {
   }
   if (m.nlat >= 3 && in_feet(c, TOP_LATERAL, m.lat_to)) return;
   if (m.nibrace == 0) return;
+  check_support_places(c, frames);
+  check_passed_frames(c);
   check_lateral_ends(c, frames);
+  check_zigzag(c);
   check_panels(c, frames);
 }
 

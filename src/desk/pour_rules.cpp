@@ -26,7 +26,9 @@ constexpr double WET_LOAD[] = {0.7, 1.7};  // of the deck's weight, of all that 
 constexpr double HARD_LOAD[] = {0.06, 1.2};
 constexpr double POURED = 0.3;         // of the deck's weight: less is bracing and forms
 constexpr double BRACING_SHARE = 2.5;  // of the bracing's weight: with its connections
-constexpr double LOOSE_TOLERANCE = 1e-3;
+constexpr double SAME_LOAD = 0.02;     // a load is that of the pour again
+constexpr double TRACE_LOAD = 0.01;    // kip/ft, of no load: the stiffness of a wet stud
+constexpr double LOOSE_TOLERANCE = 1e-3, LARGEST_SHIFT = 50;
 
 bool inside(double value, const double (&range)[2]) {
   return value >= range[0] && value <= range[1];
@@ -73,8 +75,11 @@ Segment history(const Stages& s, int j) {
 
 // Modulus and stud stiffness of one row.
 void check_stiffness(const Stages& s, int k, int j) {
-  const double e = s.m.pour_e(k, j), stud = s.m.pour_k(k, j);
+  const double e = s.m.pour_e(k, j), stud = s.m.pour_k(k, j), load = s.m.pour_load(k, j);
   if (e == 0) return;  // told of
+  if (!hard(s.m, k, j) && load > 0 && load < TRACE_LOAD && stud > load)
+    s.say(k, j, "stud stiffness and load (", plain(stud) + " and " + plain(load),
+          "): columns swapped?");
   if (hard(s.m, k, j)) {
     if (e < HARD_CONCRETE.low && stud >= HARD_CONCRETE.low && e <= HARD_STUDS.high)
       return s.say(k, j, "modulus and stud stiffness (", plain(e) + " and " + plain(stud),
@@ -111,7 +116,7 @@ void check_stiffness(const Stages& s, int k, int j) {
 // What a load on wet concrete may have been typed in; ratio to the deck's weight.
 std::string load_hint(const Model& m, double ratio) {
   if (inside(ratio * 12, WET_LOAD)) return ": in kip/in? (kip/ft of the bridge is wanted)";
-  if (inside(ratio / 12, WET_LOAD)) return ": 12 times too large?";
+  if (inside(ratio / 12, WET_LOAD)) return ": 12 times too large, or in kN/m?";
   if (inside(ratio / 1000, WET_LOAD)) return ": in lb/ft?";
   if (inside(ratio * m.secdim.deck_width / 12, WET_LOAD))
     return ": in kip/ft2? (kip/ft of the bridge is wanted)";
@@ -158,8 +163,13 @@ void check_pour(const Stages& s, int j) {
 // Loads on a hard deck.
 void check_hard_load(const Stages& s, int k, int j) {
   const double ratio = s.m.pour_load(k, j) / s.weight;
-  if (ratio <= 0 || !hard(s.m, k, j) || inside(ratio, HARD_LOAD)) return;
+  if (ratio <= 0 || !hard(s.m, k, j)) return;
   const Segment& g = s.seg(j);
+  if (g.poured > 0 && inside(g.wet, WET_LOAD) &&
+      std::abs(ratio / (s.m.pour_load(g.poured, j) / s.weight) - 1) < SAME_LOAD)
+    return s.say(k, j, "load on hard concrete (", plain(s.m.pour_load(k, j)),
+                 " kip/ft) is that of the segment's pour: given twice, or in the wrong row?");
+  if (inside(ratio, HARD_LOAD)) return;
   if (g.hard > 0 && g.wet < POURED && g.hard == k) return;  // told of: hard when first loaded
   std::string hint = ratio < 1                 ? ": in kip/in?"
                      : ratio > 100             ? ": in lb/ft?"
@@ -176,7 +186,7 @@ void check_age(const Stages& s, int k, int j) {
   const double before = s.m.pour_e(k - 1, j), now = s.m.pour_e(k, j);
   if (before >= HARD_MODULUS && now < HARD_MODULUS)
     s.say(k, j, "is soft again in ", s.name(k, j), ", having been hard in the stage before");
-  else if (before >= HARD_MODULUS && now < before)
+  else if (before >= HARD_MODULUS && now < before && before <= HARD_CONCRETE.high)
     s.say(k, j, "modulus falls from ", plain(before) + " to " + plain(now),
           ": concrete only hardens");
   if (before >= HARD_MODULUS && now >= HARD_MODULUS && s.m.pour_k(k, j) < s.m.pour_k(k - 1, j))
@@ -192,7 +202,8 @@ void check_order(const Stages& s, int k) {
     for (int i = 1; i <= s.m.npour; ++i) {
       const int other = s.seg(i).poured;
       if (other <= poured || other >= k || s.seg(i).wet < POURED) continue;
-      if (s.m.pour_e(k, i) <= s.m.pour_e(k, j) || !hard(s.m, k, i)) continue;
+      const double e = s.m.pour_e(k, i);
+      if (e <= s.m.pour_e(k, j) || !hard(s.m, k, i) || e > HARD_CONCRETE.high) continue;
       s.say(k, j,
             "poured in stage " + std::to_string(poured) + ", before segment " + segment_letter(i) +
                 " (stage " + std::to_string(other) + "), but softer than it in stage ",
@@ -257,6 +268,9 @@ void check_buckling(Checked& c) {
         "'1 1.0E-6' is a good one");
   if (m.tol > LOOSE_TOLERANCE)
     warn(c, SOLVER, 0, "tolerance ", plain(m.tol), " is loose, up to 0.001 is usual");
+  if (m.solver_type == 2 && m.sigma > LARGEST_SHIFT)
+    warn(c, SOLVER, 0, "shift ", plain(m.sigma),
+         " is outside the usual 0 to 50: a load factor, half of the first one, is wanted");
   if (m.solver_type == 2 && m.sigma < 0)
     warn(c, SOLVER, 0, "shift is negative (", plain(m.sigma), "): factors of opposite loads");
 }

@@ -34,6 +34,13 @@ std::string_view take_word(std::string_view& line) {
   return word;
 }
 
+// "9/16": the reader takes the 9, and nothing behind the slash.
+bool is_fraction(std::string_view word) {
+  const std::size_t slash = word.find('/');
+  return slash != word.npos && slash > 0 && is_number(word.substr(0, slash)) &&
+         is_number(word.substr(slash + 1));
+}
+
 // How many values of a record stand on a line, at most wanted; the line is left with the rest.
 // Repeats count as often as they stand for, and a slash closes the record.
 int take_values(std::string_view& line, int wanted) {
@@ -55,9 +62,29 @@ int numbers_alone(std::string_view text) {
   for (int n = 0;; ++n) {
     const std::string_view word = take_word(text);
     if (word.empty()) return n;
-    if (is_number(word)) continue;
+    if (is_number(word) || is_fraction(word)) continue;
     return COMMENT_SIGNS.find(word.front()) != COMMENT_SIGNS.npos ? n : 0;
   }
+}
+
+bool is_logical(std::string_view word) {
+  word.remove_prefix(!word.empty() && word.front() == '.' ? 1 : 0);
+  return !word.empty() && (word.front() == 'T' || word.front() == 'F');
+}
+
+// Whether a line holds nothing but values.
+bool values_alone(std::string_view line) {
+  for (std::string_view word = take_word(line); !word.empty(); word = take_word(line))
+    if (!is_number(word) && !is_logical(word)) return false;
+  return true;
+}
+
+// The first of the values on a line, without the rest, that is a fraction.
+std::string_view fraction_in(std::string_view line, std::string_view rest) {
+  line.remove_suffix(rest.size());
+  for (std::string_view word = take_word(line); !word.empty(); word = take_word(line))
+    if (is_fraction(word)) return word;
+  return {};
 }
 
 // A comma directly between two digits, the second left over: 4,5 is two values.
@@ -84,9 +111,26 @@ int wanted_of_row(Keyword k, const Model& m, int row) {
   }
 }
 
+// Tables, which begin with the number of their rows.
+bool holds_rows(Keyword k) {
+  return k != PRNAME && k != SECDIM && k != BUCKLE && k != SOLVER && k != NGIRD && k != RCURV &&
+         k != LGBR && k != OFFSET && k != POUR_SEQ;
+}
+
 int wanted_of_head(Keyword k, std::size_t head) {
   if (k == SECDIM) return 6;
   return (k == BUCKLE || k == SOLVER) && head == 0 ? 2 : 1;
+}
+
+// What numbers behind the values of a record may be.
+std::string extra_hint(const Model& m, Keyword k, int row, std::string_view line,
+                       std::string_view rest, int extra) {
+  if (decimal_comma(line, rest)) return ": a decimal comma?";
+  const std::string text = ": '" + printable(rest) + "' is not read";
+  if (row == 0 && holds_rows(k) && extra + 1 == wanted_of_row(k, m, 1))
+    return text + ": the number of rows forgotten?";
+  const bool fraction = is_fraction(take_word(rest));
+  return text + (fraction ? ": a fraction?" : "");
 }
 
 void check_record(Checked& c, const Lines& lines, Keyword k, int row, const RecordPlace& record,
@@ -96,16 +140,19 @@ void check_record(Checked& c, const Lines& lines, Keyword k, int row, const Reco
   std::string_view rest = lines[at];
   const int found = take_values(rest, wanted);
   const std::size_t before = c.findings.size();
-  if (found < wanted && record.good)
+  if (found < wanted && (record.good || values_alone(lines[at])))
     warn(c, k, row, "the line holds ", std::to_string(found),
          " of its values (" + std::to_string(wanted) +
              " are wanted), the record goes on over the next line");
+  const std::string fraction(fraction_in(lines[at], rest));
+  if (!fraction.empty())
+    warn(c, k, row, "a fraction is read up to its slash (", fraction, "): decimals are wanted");
   const int extra = found == wanted ? numbers_alone(rest) : 0;
   const bool comma = found == wanted && decimal_comma(lines[at], rest);
-  if (extra > 0 || comma)
+  if (record.good && fraction.empty() && (extra > 0 || comma))
     warn(c, k, row,
          "more numbers than the record takes (" + std::to_string(wanted) + ") stand on the line",
-         {}, comma ? ": a decimal comma?" : ": '" + printable(rest) + "' is not read");
+         {}, extra_hint(c.job.input.model, k, row, lines[at], rest, extra));
   for (std::size_t i = before; i < c.findings.size(); ++i) c.findings[i].line = record.line;
 }
 
@@ -158,6 +205,17 @@ std::string_view keyword_in(std::string_view line) {
   return {};
 }
 
+// Words that are no keyword, behind a comment that holds one: it is commented out.
+void name_commented_out(Checked& c, const Lines& lines) {
+  for (Finding& f : c.findings) {
+    const auto at = static_cast<std::size_t>(f.line);
+    if (f.head.find("unknown word") == f.head.npos || at < 2 || at >= lines.size()) continue;
+    const std::string_view keyword = keyword_in(lines[at - 1]);
+    if (keyword.empty() || finding_text(f).find("perhaps") != std::string::npos) continue;
+    f.tail += ", perhaps the keyword " + std::string(keyword) + " is meant";
+  }
+}
+
 // Lines of numbers between the blocks that nobody takes, as far as the reader has not told of them.
 void check_skipped(Checked& c, const Lines& lines) {
   const Input& in = c.job.input;
@@ -204,6 +262,27 @@ void check_tail(Checked& c, const Lines& lines) {
   }
 }
 
+// Takes a sign off a line, with the blanks before it; false if another stands there.
+bool take_sign(std::string_view& line, char sign) {
+  line.remove_prefix(std::min(line.find_first_not_of(BLANKS), line.size()));
+  if (line.empty() || line.front() != sign) return false;
+  line.remove_prefix(1);
+  return true;
+}
+
+// Annotations that are none: "!@stage 1 steel", "! @ stage 1 steel".
+void check_annotations(Checked& c, const Lines& lines) {
+  static constexpr std::string_view NAMES[] = {"title", "stage", "load_factor", "bearing_spacing",
+                                               "limit"};
+  for (std::size_t l = 1; l < lines.size(); ++l) {
+    std::string_view line = lines[l], words = line;
+    if (!take_sign(line, '!') || !take_sign(line, '@') || take_word(words) == "!@") continue;
+    if (std::find(std::begin(NAMES), std::end(NAMES), take_word(line)) == std::end(NAMES)) continue;
+    const std::string text = "'" + printable(lines[l]) + "' is not read: '!@ ' is wanted";
+    c.findings.push_back({static_cast<int>(l), true, NO_KEYWORD, {}, text, {}, {}, {}});
+  }
+}
+
 }  // namespace
 
 std::vector<std::string_view> lines_of(std::string_view content) {
@@ -220,8 +299,10 @@ std::vector<std::string_view> lines_of(std::string_view content) {
 void check_lines(Checked& c) {
   const Lines lines = lines_of(c.job.content);
   for (int k = 0; k < KEYWORDS; ++k) check_block(c, lines, static_cast<Keyword>(k));
+  name_commented_out(c, lines);
   check_skipped(c, lines);
   check_tail(c, lines);
+  check_annotations(c, lines);
 }
 
 }  // namespace zelvo

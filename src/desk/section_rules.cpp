@@ -3,6 +3,7 @@
 #include <map>
 
 #include "construction/camber.h"
+#include "desk/raw_lines.h"
 #include "desk/rules.h"
 
 namespace zelvo {
@@ -17,7 +18,7 @@ constexpr Usual FLANGE_WIDTH{"top flange width", "in", 8, 48, LENGTH_SLIPS};
 constexpr Usual DECK_THICKNESS{"deck thickness", "in", 5, 15, LENGTH_SLIPS};
 constexpr Usual PLATE{"thickness", "in", 0.25, 4, {IN_MM, POINT_LEFT, POINT_RIGHT, IN_FEET}};
 constexpr Usual STUD_SPACING{"spacing", "in", 4, 48, {IN_FEET, IN_MM, POINT_LEFT, POINT_RIGHT}};
-constexpr double DECK_OVERHANG[] = {12, 78};  // inches, outer web top to the edge of the deck
+constexpr double DECK_OVERHANG[] = {12, 96};  // inches, outer web top to the edge of the deck
 constexpr double CLEAR_DISTANCE[] = {24,
                                      240};  // inches, between the webs of two girders, at the top
 constexpr double STEEPEST_WEB = 0.5;        // across over down; 1 to 4 is common
@@ -29,6 +30,10 @@ constexpr double SPAN_DEPTH[] = {10, 40};
 constexpr double SPAN_STEP = 3;                // of neighbouring spans
 constexpr double SPAN_TURN[] = {0.035, 0.75};  // radians, of the longest span
 constexpr int MOST_STUDS = 8;
+constexpr double WEB_OVER_BOTTOM = 1.5;  // thickness; webs are mostly the thinner plates
+constexpr double PIER_STEP = 1.7;        // of a plate over one inner support and another
+constexpr double PIER_PLATE = 0.8;       // of a plate over an inner support and amid a span
+constexpr double LEAST_BEARINGS = 12;    // inches between two bearings of a girder
 
 bool inside(double value, const double (&range)[2]) {
   return value >= range[0] && value <= range[1];
@@ -67,13 +72,15 @@ void check_across(Checked& c) {
          " in, offset " + plain(offset) + ") is outside the usual 24 to 240" + offset_hint(m));
   if (inside(edge, DECK_OVERHANG)) return;
   std::string hint = m.ngird == 2 ? offset_hint(m) : "";
-  const Keyword blamed = hint.empty() ? SECDIM : OFFSET;
+  const bool half = m.ngird == 2 && inside(edge + s.deck_width / 2, DECK_OVERHANG);
+  if (half) hint = ": the deck of one girder instead of the whole?";
+  const Keyword blamed = hint.empty() || half ? SECDIM : OFFSET;
   if (hint.empty() && inside(edge + 5.5 * s.deck_width, DECK_OVERHANG))
     hint = ": deck width in feet?";
   if (hint.empty() && m.ngird == 1 && edge > DECK_OVERHANG[1])
     hint = ": two girders, or a wrong deck width?";
   warn(c, blamed, 0, "overhang of the deck beyond the outer web top (", rounded(edge),
-       " in) is outside the usual 12 to 78" + hint);
+       " in) is outside the usual 12 to 96" + hint);
 }
 
 void check_section(Checked& c) {
@@ -127,6 +134,52 @@ void check_all_plates(Checked& c) {
   if (usable(c, {TFTHICK}))
     check_plates(c, TFTHICK, top_segments(m), "half the width over thickness",
                  known ? s.flange_width / 2 : 0, TOP_SLENDERNESS);
+}
+
+// Row of a table at a position, 0 if there is none, and its thickness.
+int plate_at(const PlateSegments& plates, double position) {
+  double end = 0;
+  for (int i = 1; i <= plates.n; ++i)
+    if ((end += plates.len(i)) > position) return i;
+  return 0;
+}
+double thickness_at(const PlateSegments& plates, double position) {
+  const int row = plate_at(plates, position);
+  return row > 0 && plates.t(row) <= PLATE.high ? plates.t(row) : 0;
+}
+
+// Webs thicker than the bottom flange are the plates of another table.
+void check_tables(Checked& c) {
+  const Model& m = c.job.input.model;
+  const PlateSegments web = web_segments(m), bottom = bottom_segments(m);
+  double position = 0;
+  for (int i = 1; i <= web.n; position += web.len(i), ++i) {
+    const double b = thickness_at(bottom, position + web.len(i) / 2.0), t = web.t(i);
+    if (web.len(i) == 0 || b < PLATE.low || t > PLATE.high || t <= WEB_OVER_BOTTOM * b) continue;
+    warn(c, WEBTHICK, i, "the web is thicker than the bottom flange (",
+         plain(t) + " over " + plain(b), " in): tables swapped?");
+  }
+}
+
+// Plates are thickest over the inner supports, and alike there.
+void check_over_supports(Checked& c, Keyword k, const PlateSegments& plates,
+                         const std::vector<Span>& spans) {
+  for (std::size_t i = 1; i < spans.size(); ++i) {
+    const double at = spans[i].begin, t = thickness_at(plates, at);
+    const int row = plate_at(plates, at);
+    double amid = 0, other = 0;
+    for (const Span& s : {spans[i - 1], spans[i]})
+      amid = std::max(amid, thickness_at(plates, (s.begin + s.end) / 2));
+    for (std::size_t j = 1; j < spans.size(); ++j)
+      other = std::max(other, thickness_at(plates, spans[j].begin));
+    const std::string here = "plate over the inner support at " + plain(at) + " in (";
+    if (t < PIER_PLATE * amid)
+      warn(c, k, row, here, plain(t),
+           " in) is thinner than amid the span (" + plain(amid) + "): rows in the wrong order?");
+    else if (t <= amid && t * PIER_STEP < other)
+      warn(c, k, row, here, plain(t),
+           " in) is thinner than over another (" + plain(other) + "): the thickness?");
+  }
 }
 
 double longest(const std::vector<Span>& spans) {
@@ -192,19 +245,31 @@ int support_at(const Model& m, double position) {
   return 0;
 }
 
+// Why the longest span may be so long or short beside the depth.
+std::string span_hint(const SectionDimensions& s, double span) {
+  const double ratio = span / s.depth;
+  if (ratio < SPAN_DEPTH[0])
+    return inside(ratio * 12, SPAN_DEPTH) ? ": lengths in feet?"
+                                          : ": a support too many, or a wrong depth?";
+  if (inside(ratio / 12, SPAN_DEPTH)) return ": depth in feet?";
+  const bool turned = s.bottom_width > s.depth && inside(span / s.bottom_width, SPAN_DEPTH);
+  return std::string(": a support forgotten") +
+         (turned ? ", or depth and bottom flange swapped?" : "?");
+}
+
 void check_spans(Checked& c, const std::vector<Span>& spans) {
   const Model& m = c.job.input.model;
   const SectionDimensions& s = m.secdim;
   check_overhang(c, support_at(m, spans.front().begin), spans.front().begin, "first");
   check_overhang(c, support_at(m, spans.back().end), m.lgbr - spans.back().end, "last");
+  const double last = spans.back().end;
+  if (inside(12 * last, {0.8 * m.lgbr, m.lgbr + 12.0}))
+    warn(c, SUPPORT, 0, "the supports end at ", plain(last),
+         " in, on a girder of " + std::to_string(m.lgbr) + " in: in feet?");
   const double span = longest(spans), ratio = span / s.depth;
   if (!inside(ratio, SPAN_DEPTH))
-    warn(
-        c, SUPPORT, 0, "the longest span (" + plain(span) + " in) is ", rounded(ratio),
-        " times the depth (" + plain(s.depth) + "), 10 to 40 is usual: " +
-            (ratio > 40 ? inside(ratio / 12, SPAN_DEPTH) ? "depth in feet?" : "a support forgotten?"
-             : inside(ratio * 12, SPAN_DEPTH) ? "lengths in feet?"
-                                              : "a support too many, or a wrong depth?"));
+    warn(c, SUPPORT, 0, "the longest span (" + plain(span) + " in) is ", rounded(ratio),
+         " times the depth (" + plain(s.depth) + "), 10 to 40 is usual" + span_hint(s, span));
   for (std::size_t i = 1; i < spans.size(); ++i) {
     const double a = spans[i - 1].end - spans[i - 1].begin, b = spans[i].end - spans[i].begin;
     if (std::max(a / b, b / a) > SPAN_STEP)
@@ -223,6 +288,9 @@ void check_supports(Checked& c) {
             ? "a mechanism: no support holds the bridge"
             : "a mechanism: all supports stand at one place, about which the bridge turns");
   if (usable(c, {LGBR, SECDIM})) check_spans(c, spans);
+  if (usable(c, {LGBR, WEBTHICK})) check_over_supports(c, WEBTHICK, web_segments(m), spans);
+  if (usable(c, {LGBR, BOTFTHICK})) check_over_supports(c, BOTFTHICK, bottom_segments(m), spans);
+  if (usable(c, {LGBR, TFTHICK})) check_over_supports(c, TFTHICK, top_segments(m), spans);
   if (usable(c, {LGBR, RCURV})) check_curvature(c, longest(spans));
 }
 
@@ -230,6 +298,10 @@ void check_studs(Checked& c) {
   const Model& m = c.job.input.model;
   for (int i = 1; i <= m.nstudrow; ++i) {
     if (m.stud_len(i) == 0 || m.stud_spacing(i) == 0) continue;
+    if (m.stud_count(i) == 0)
+      warn(c, STUDS, i, "no studs across a flange, with a spacing of ", plain(m.stud_spacing(i)),
+           " in: forgotten? (spacing 0 is a length without studs)");
+    if (m.stud_count(i) == 0) continue;
     const bool swapped = m.stud_spacing(i) <= MOST_STUDS && m.stud_count(i) > MOST_STUDS;
     if (swapped)
       warn(c, STUDS, i, "spacing and number of studs across (",
@@ -242,11 +314,26 @@ void check_studs(Checked& c) {
   }
 }
 
+void check_bearings(Checked& c) {
+  const double spacing = c.job.annotations.bearing_spacing;
+  const double width = c.job.input.model.secdim.bottom_width;
+  if (spacing <= 0 || spacing > 1000 || (spacing >= LEAST_BEARINGS && spacing <= width)) return;
+  warn(c, NO_KEYWORD, 0, "!@ bearing_spacing: two bearings ", plain(spacing),
+       " in apart, 12 to the width of the bottom flange (" + plain(width) + ") is usual" +
+           (inside(12 * spacing, {LEAST_BEARINGS, width}) ? ": in feet?" : ""));
+  const std::vector<std::string_view> lines = lines_of(c.job.content);
+  const auto here = [](std::string_view line) { return line.find("bearing_spacing") != line.npos; };
+  c.findings.back().line =
+      static_cast<int>(std::find_if(lines.begin(), lines.end(), here) - lines.begin());
+}
+
 }  // namespace
 
 void section_rules(Checked& c) {
   if (usable(c, {SECDIM})) check_section(c);
+  if (usable(c, {SECDIM})) check_bearings(c);
   check_all_plates(c);
+  if (usable(c, {WEBTHICK, BOTFTHICK, LGBR})) check_tables(c);
   check_length(c);
   if (usable(c, {SUPPORT}) && c.job.input.block[SUPPORT].line > 0) check_supports(c);
   if (usable(c, {STUDS})) check_studs(c);
