@@ -32,13 +32,26 @@ void sort(std::vector<Difference>& differences) {
 
 // ---- results
 
+// What is compared of a table: every stage's total, or what stands in its place.
+struct State {
+  std::string name;
+  const Values* values;
+};
+std::vector<State> states_of(const TableView& t) {
+  std::vector<State> states;
+  for (std::size_t k = 0; k < t.total.size(); ++k)
+    states.push_back({", total " + std::to_string(k + 1), &t.total[k]});
+  if (!t.single.empty()) states.push_back({"", &t.single});
+  if (states.empty()) states = {{", high", &t.envelope.high}, {", low", &t.envelope.low}};
+  return states;
+}
+
 double largest_magnitude(const TableView& t) {
   double largest = 0;
-  for (const auto* stages : {&t.total, &t.increment})
-    for (const Values& values : *stages)
-      for (const auto& series : values)
-        for (const double v : series)
-          if (std::isfinite(v)) largest = std::max(largest, std::abs(v));
+  for (const State& state : states_of(t))
+    for (const auto& series : *state.values)
+      for (const double v : series)
+        if (std::isfinite(v)) largest = std::max(largest, std::abs(v));
   return largest;
 }
 
@@ -70,21 +83,30 @@ std::string place_text(const TableView& t, std::size_t s, std::size_t p) {
   return text;
 }
 
-// The largest difference of stage k of a table.
-void compare_stage(const TableView& a, const TableView& b, std::size_t k, double scale,
-                   const std::vector<int>& match, std::vector<Difference>& out) {
+std::string value_text(double value, const std::string& unit) {
+  if (std::isnan(value)) return "";
+  return text_of(value) + (unit == "1" ? "" : " " + unit);
+}
+
+// The difference of two values as a share of scale.
+double share_between(double x, double y, double scale) {
+  if (std::isnan(x) || std::isnan(y)) return std::isnan(x) == std::isnan(y) ? 0 : 1;
+  return x == y ? 0 : std::abs(x - y) / scale;
+}
+
+// The largest difference of a state of a table.
+void compare_state(const TableView& a, const TableView& b, const State& state, const Values& vb,
+                   double scale, const std::vector<int>& match, std::vector<Difference>& out) {
   Difference worst;
-  const Values &va = a.total[k], &vb = b.total[k];
+  const Values& va = *state.values;
   for (std::size_t s = 0; s < std::min(va.size(), vb.size()); ++s)
     for (std::size_t p = 0; p < va[s].size(); ++p) {
       if (match[p] < 0) continue;
       const double x = va[s][p], y = vb[s][static_cast<std::size_t>(match[p])];
-      const double share = std::isfinite(x) && std::isfinite(y)   ? std::abs(x - y) / scale
-                           : std::isfinite(x) == std::isfinite(y) ? 0
-                                                                  : 1;
+      const double share = share_between(x, y, scale);
       if (share <= std::max(worst.share, SAME)) continue;
-      worst = {a.name + ", total " + std::to_string(k + 1) + place_text(a, s, p),
-               text_of(x) + " " + a.series[s].unit, text_of(y) + " " + b.series[s].unit, share};
+      worst = {a.name + state.name + place_text(a, s, p), value_text(x, a.series[s].unit),
+               value_text(y, b.series[s].unit), share};
     }
   if (worst.share > 0) out.push_back(worst);
 }
@@ -98,8 +120,9 @@ void compare_table(const TableView& a, const TableView& b, std::vector<Differenc
                    std::to_string(b.series.size()) + " x " + std::to_string(b.places.size()), 1});
   const double scale = std::max(largest_magnitude(a), largest_magnitude(b));
   if (scale == 0) return;
-  for (std::size_t k = 0; k < std::min(a.total.size(), b.total.size()); ++k)
-    compare_stage(a, b, k, scale, match, out);
+  const std::vector<State> sa = states_of(a), sb = states_of(b);
+  for (std::size_t k = 0; k < std::min(sa.size(), sb.size()); ++k)
+    compare_state(a, b, sa[k], *sb[k].values, scale, match, out);
 }
 
 // ---- inputs

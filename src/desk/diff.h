@@ -14,9 +14,10 @@ struct Difference {
   double share = 0;  // how large, 0 to 1 or more; 1 for texts and for what only one has
 };
 
-// Of every table and every stage's total the place where the two differ most, as a share of the
-// largest magnitude in the table in any stage of either. Stages and series are matched by their
-// order, places by position and member. Shares below 1e-9 are no difference. The largest first.
+// Of every table and every stage's total (of stresses of members, which have none, the envelope) the
+// place where the two differ most, as a share of the largest magnitude in the table in any stage of
+// either. Stages and series are matched by their order, places by position and member. Shares below
+// 1e-9 are no difference. The largest first.
 std::vector<Difference> compare_results(const ResultsView& a, const ResultsView& b);
 
 // Every value, keyword by keyword and row by row, and the annotations; shares are of the larger of

@@ -34,6 +34,7 @@ struct Deck {
   const Model& model;
   const Structure& structure;
   int k;
+  int layer;  // node numbers between the layers of a hard deck
   std::string out;
   int element = 0;     // the last one
   std::set<int> used;  // nodes of the program's mesh that the deck has elements on
@@ -46,7 +47,8 @@ std::string real(double value) {
   char text[32];
   std::snprintf(text, sizeof text, "%.12g", value);
   std::string number = text;
-  if (number.find('.') == number.npos) number.insert(std::min(number.find('e'), number.size()), ".");
+  if (number.find('.') == number.npos)
+    number.insert(std::min(number.find('e'), number.size()), ".");
   return number;
 }
 
@@ -85,10 +87,10 @@ bool left_out(const Deck& d, int e) {
 }
 
 // Corners below and above, middles of the sides below and above, upright edges.
-std::vector<int> solid_nodes(const Matrix<int>& conn, int e) {
+std::vector<int> solid_nodes(const Matrix<int>& conn, int e, int layer) {
   std::vector<int> nodes;
   const auto add = [&](int from, int to, int layers) {
-    for (int a = from; a <= to; ++a) nodes.push_back(conn(a, e) + layers * LAYER);
+    for (int a = from; a <= to; ++a) nodes.push_back(conn(a, e) + layers * layer);
   };
   add(1, CORNERS, 0);
   add(1, CORNERS, 2);
@@ -113,7 +115,7 @@ void put_shells(Deck& d, std::map<int, int>& number_of) {
       std::vector<int> record = {++d.element};
       for (int a = 1; a <= OUTER; ++a) d.used.insert(el.shconn(a, e));
       if (is_solid) {
-        const std::vector<int> nodes = solid_nodes(el.shconn, e);
+        const std::vector<int> nodes = solid_nodes(el.shconn, e, d.layer);
         record.insert(record.end(), nodes.begin(), nodes.end());
       } else {
         for (int a = 1; a <= OUTER; ++a) record.push_back(el.shconn(a, e));
@@ -298,22 +300,25 @@ void put_mesh_nodes(const Deck& d, std::string& out) {
     const Vec3 p = column3(nodes.xyz, n);
     put_node(n, p(1), p(2), p(3), out);
     if ((n - 1) % section->nodes >= section->deck_nodes) continue;
-    put_node(n + LAYER, p(1), p(2) + thickness / 2, p(3), out);
-    put_node(n + 2 * LAYER, p(1), p(2) + thickness, p(3), out);
+    put_node(n + d.layer, p(1), p(2) + thickness / 2, p(3), out);
+    put_node(n + 2 * d.layer, p(1), p(2) + thickness, p(3), out);
   }
 }
 
 }  // namespace
 
 std::string calculix_deck(const Model& model, const Structure& structure, int k) {
-  assert(1 <= k && k <= model.nanal && structure.nodes.nnode < LAYER);
-  Deck elements{model, structure, k, {}, 0, {}, {}, {}};
+  assert(1 <= k && k <= model.nanal);
   const auto& [section, nodes, el, prop] = structure;
+  int layer = 1;
+  while (layer <= nodes.nnode + el.nibel + el.nebel) layer *= 10;
+  Deck elements{model, structure, k, layer, {}, 0, {}, {}, {}};
   std::map<int, int> number_of;  // shell -> element of the deck
   put_shells(elements, number_of);
   put_normals(elements, number_of);
   put_stiffeners(elements);
-  std::string out = "*HEADING\nstage " + std::to_string(k) + ", inches, kips, ksi\n";
+  std::string out = "*HEADING\nstage " + std::to_string(k) +
+                    ", inches, kips, ksi; layers of a hard deck + " + std::to_string(layer) + "\n";
   put_mesh_nodes(elements, out);
   std::swap(out, elements.out);  // behind the nodes come those of the frames
   add_frames(INTERNAL_FRAME, el.ibconn, prop.ibprop, nodes.nnode + 1, elements);

@@ -12,16 +12,15 @@
 //                those that do the same work on the outer nodes
 //
 // Nodes keep their numbers; mid nodes of frames follow, internal ones first. Over deck node n stand
-// n + LAYER at the middle of the thickness and n + 2 LAYER on top. Node sets: FEET (web feet of all
-// stations), SUPPORTn, and ENDS of the bars.
+// n + L at the middle of the thickness and n + 2 L on top; L, told in the heading, is the smallest
+// power of ten above all these, since CalculiX allocates by the highest number. Node sets: FEET (web
+// feet of all stations), SUPPORTn, and ENDS of the bars.
 #pragma once
 #include <string>
 
 #include "model/structure.h"
 
 namespace zelvo {
-
-constexpr int LAYER = 10000000;  // node numbers between the layers of the deck
 
 // The deck of stage k.
 std::string calculix_deck(const Model& model, const Structure& structure, int k);

@@ -23,9 +23,26 @@ std::vector<double> list(const Json& j) {
   return values;
 }
 
-Values lists(const Json& j) {
+// The values of a table's series along its places.
+Values lists(const Json& j, const TableView& t) {
   Values values;
-  for (const Json& series : j) values.push_back(list(series));
+  for (const Json& series : j) {
+    values.push_back(list(series));
+    if (values.back().size() != t.places.size())
+      throw std::runtime_error(t.name + ": values and places differ in number");
+  }
+  if (values.size() != t.series.size())
+    throw std::runtime_error(t.name + ": values and series differ in number");
+  return values;
+}
+
+// The same of each stage.
+std::vector<Values> stages(const Json& j, std::size_t count, const TableView& t) {
+  std::vector<Values> values;
+  for (const Json& stage : j)
+    values.push_back(lists(stage.is_object() ? stage.at(t.name) : stage, t));
+  if (values.size() != count)
+    throw std::runtime_error(t.name + ": not a list of values for each stage");
   return values;
 }
 
@@ -59,13 +76,14 @@ std::string words(std::string key) {
 std::vector<PlaceView> places_view(const std::string& along, const Json& j) {
   std::vector<PlaceView> places;
   const bool member = j.contains("number");
-  const std::size_t n = (member ? j["number"] : j["position_in"]).size();
-  for (std::size_t p = 0; p < n; ++p) {
+  const Json& position = j.at(member ? "begin_in" : "position_in");
+  for (std::size_t p = 0; p < position.size(); ++p) {
     PlaceView place;
-    place.position = number_or_none((member ? j["begin_in"] : j["position_in"])[p]);
+    place.position = number_or_none(position[p]);
     if (member) {
-      place.member = words(along) + " " + std::to_string(j["number"][p].get<int>());
-      place.girder = j["girder"][p].is_number() ? j["girder"][p].get<int>() : 0;
+      const Json& girder = j.at("girder").at(p);
+      place.member = words(along) + " " + std::to_string(j.at("number").at(p).get<int>());
+      place.girder = girder.is_number() ? girder.get<int>() : 0;
     } else if (along == "support") {
       place.member = "support " + std::to_string(p + 1);
     }
@@ -74,22 +92,28 @@ std::vector<PlaceView> places_view(const std::string& along, const Json& j) {
   return places;
 }
 
-EnvelopeView envelope_view(const Json& j) {
-  return {lists(j["high"]), lists(j["low"]), lists(j["high_stage"]), lists(j["low_stage"])};
+EnvelopeView envelope_view(const Json& j, const TableView& t) {
+  return {lists(j.at("high"), t), lists(j.at("low"), t), lists(j.at("high_stage"), t),
+          lists(j.at("low_stage"), t)};
 }
 
 TableView table_view(const Json& results, const std::string& name, const Json& info) {
-  TableView t{
-      name, info["title"], info["unit"], info["positive"], info["along"], {}, {}, {}, {}, {}, {},
-      {}};
-  const auto units = units_of(t.unit, info["series"].size());
+  TableView t;
+  t.name = name;
+  t.title = info.at("title");
+  t.unit = info.at("unit");
+  t.positive = info.at("positive");
+  t.along = info.at("along");
+  const Json& names = info.at("series");
+  const auto units = units_of(t.unit, names.size());
   for (std::size_t s = 0; s < units.size(); ++s)
-    t.series.push_back(series_view(info["series"][s], t.title, units[s]));
-  t.places = places_view(t.along, results["places"][t.along]);
-  for (const Json& stage : results["increments"]) t.increment.push_back(lists(stage[name]));
-  for (const Json& stage : results["totals"]) t.total.push_back(lists(stage[name]));
-  t.increment_envelope = envelope_view(results["envelopes"]["increments"][name]);
-  t.envelope = envelope_view(results["envelopes"]["totals"][name]);
+    t.series.push_back(series_view(names[s], t.title, units[s]));
+  t.places = places_view(t.along, results.at("places").at(t.along));
+  const std::size_t count = results.at("stages").size();
+  t.increment = stages(results.at("increments"), count, t);
+  t.total = stages(results.at("totals"), count, t);
+  t.increment_envelope = envelope_view(results.at("envelopes").at("increments").at(name), t);
+  t.envelope = envelope_view(results.at("envelopes").at("totals").at(name), t);
   return t;
 }
 
@@ -98,8 +122,8 @@ void add_member_stresses(const Json& results, ResultsView& view) {
   const std::size_t given = view.tables.size();
   for (std::size_t i = 0; i < given; ++i) {
     const TableView& force = view.tables[i];
-    if (!results["member_stress"].contains(force.name)) continue;
-    const Json& stress = results["member_stress"][force.name];
+    const auto stress = results.at("member_stress").find(force.name);
+    if (stress == results.at("member_stress").end()) continue;
     TableView t = force;
     t.name += "_stress";
     t.title = "Stress of " + words(force.along) + "s";
@@ -108,8 +132,8 @@ void add_member_stresses(const Json& results, ResultsView& view) {
     t.increment.clear();
     t.total.clear();
     t.increment_envelope = {};
-    t.envelope.high = lists(stress["high"]);
-    t.envelope.low = lists(stress["low"]);
+    t.envelope.high = lists(stress->at("high"), t);
+    t.envelope.low = lists(stress->at("low"), t);
     view.tables.push_back(t);
   }
 }
@@ -119,18 +143,18 @@ void add_camber(const Json& camber, ResultsView& view) {
   t.unit = "in";
   t.along = "tenth point";
   t.positive = "up";
-  for (const Json& s : camber["series"]) t.series.push_back(series_view(s, "", t.unit));
-  for (const Json& p : camber["points"])
-    t.places.push_back({0, number_or_none(p["position_in"]),
-                        "span " + std::to_string(p["span"].get<int>()) + " tenth " +
-                            std::to_string(p["tenth"].get<int>())});
+  for (const Json& s : camber.at("series")) t.series.push_back(series_view(s, "", t.unit));
+  for (const Json& p : camber.at("points"))
+    t.places.push_back({0, number_or_none(p.at("position_in")),
+                        "span " + std::to_string(p.at("span").get<int>()) + " tenth " +
+                            std::to_string(p.at("tenth").get<int>())});
   TableView later = t;
   t.name = "camber";
   t.title = "Camber";
-  t.single = lists(camber["camber"]);
+  t.single = lists(camber.at("camber"), t);
   later.name = "to_come";
   later.title = "Still to come after the stage";
-  for (const Json& stage : camber["to_come"]) later.total.push_back(lists(stage));
+  later.total = stages(camber.at("to_come"), view.stage_name.size(), later);
   view.tables.push_back(t);
   view.tables.push_back(later);
 }
@@ -149,9 +173,10 @@ void add_factors(const Json& buckling, ResultsView& view) {
     t.series.push_back({0, words(kind), words(kind), t.unit});
     for (std::size_t k = 0; k < t.total.size(); ++k) {
       std::vector<double> factors;
-      const Json& check = buckling[kind][k];
+      const Json& check = buckling.at(kind).at(k);
       if (!check.is_null())
-        for (const Json& mode : check["modes"]) factors.push_back(number_or_none(mode["factor"]));
+        for (const Json& mode : check.at("modes"))
+          factors.push_back(number_or_none(mode.at("factor")));
       modes = std::max(modes, factors.size());
       t.total[k].push_back(factors);
     }
@@ -165,32 +190,39 @@ void add_factors(const Json& buckling, ResultsView& view) {
   if (modes > 0) view.tables.push_back(t);
 }
 
-}  // namespace
-
-ResultsView view_results(const Json& results) {
-  if (!results.is_object() || results.value("format", "") != "zelvo-results")
-    throw std::runtime_error("no results.json of this program");
+ResultsView view_of(const Json& results) {
   ResultsView view;
-  view.title = results["title"];
-  for (const Json& stage : results["stages"]) view.stage_name.push_back(stage["name"]);
-  for (const auto& [name, info] : results["tables"].items()) {
+  view.title = results.at("title");
+  for (const Json& stage : results.at("stages")) view.stage_name.push_back(stage.at("name"));
+  for (const auto& [name, info] : results.at("tables").items()) {
     TableView t = table_view(results, name, info);
     if (!t.series.empty() && !t.places.empty()) view.tables.push_back(std::move(t));
   }
   add_member_stresses(results, view);
-  add_camber(results["camber"], view);
-  add_factors(results["buckling"], view);
+  add_camber(results.at("camber"), view);
+  add_factors(results.at("buckling"), view);
   return view;
+}
+
+}  // namespace
+
+ResultsView view_results(const Json& results) {
+  if (!results.is_object() || results.value("format", Json()) != "zelvo-results")
+    throw std::runtime_error("no results.json of this program");
+  try {
+    return view_of(results);
+  } catch (const Json::exception& e) {
+    throw std::runtime_error(std::string("results.json: ") + e.what());
+  }
 }
 
 ResultsView read_results(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw FileFailure{path, std::strerror(errno)};
   const Json json = Json::parse(file, nullptr, false);
-  if (json.is_discarded()) throw std::runtime_error(path + " is no JSON");
   try {
     return view_results(json);
-  } catch (const Json::exception& e) {
+  } catch (const std::runtime_error& e) {
     throw std::runtime_error(path + ": " + e.what());
   }
 }

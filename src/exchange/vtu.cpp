@@ -40,7 +40,8 @@ constexpr const char* type_name(std::int64_t) { return "Int64"; }
 constexpr const char* type_name(std::int32_t) { return "Int32"; }
 constexpr const char* type_name(std::uint8_t) { return "UInt8"; }
 
-// <DataArray> of values with so many components; the bytes stand behind their number.
+// <DataArray> of values with so many components; the bytes stand behind their number. Without the
+// number of tuples VTK takes a field array for empty.
 template <class T>
 void put_array(const std::string& name, const std::vector<T>& values, int components,
                std::string& out) {
@@ -48,8 +49,10 @@ void put_array(const std::string& name, const std::vector<T>& values, int compon
   std::vector<unsigned char> block(sizeof bytes + bytes);
   std::memcpy(block.data(), &bytes, sizeof bytes);
   if (bytes > 0) std::memcpy(block.data() + sizeof bytes, values.data(), bytes);
-  out += std::string("<DataArray type=\"") + type_name(T{}) + "\" Name=\"" + name +
-         "\" NumberOfComponents=\"" + std::to_string(components) + "\" format=\"binary\">" +
+  const std::size_t tuples = values.size() / static_cast<std::size_t>(components);
+  out += std::string("<DataArray type=\"") + type_name(T{}) + "\" Name=\"" + name + "\"";
+  if (components > 1) out += " NumberOfComponents=\"" + std::to_string(components) + "\"";
+  out += " NumberOfTuples=\"" + std::to_string(tuples) + "\" format=\"binary\">" +
          base64(block.data(), block.size()) + "</DataArray>\n";
 }
 

@@ -3,6 +3,7 @@
 #include <xlsxwriter.h>
 
 #include <cmath>
+#include <filesystem>
 
 #include "base/failures.h"
 
@@ -26,6 +27,7 @@ struct Column {
 };
 
 struct Book {
+  const std::string& path;
   lxw_workbook* workbook;
   lxw_format *bold, *number, *radians;
 };
@@ -38,6 +40,12 @@ void put_number(lxw_worksheet* sheet, lxw_row_t row, int col, double value, lxw_
 void put_text(lxw_worksheet* sheet, lxw_row_t row, int col, const std::string& text,
               lxw_format* format = nullptr) {
   worksheet_write_string(sheet, row, static_cast<lxw_col_t>(col), text.c_str(), format);
+}
+
+lxw_worksheet* new_sheet(const Book& book, const std::string& name) {
+  lxw_worksheet* sheet = workbook_add_worksheet(book.workbook, name.c_str());
+  if (sheet == nullptr) throw FileFailure{book.path, "sheet " + name + " cannot be made beside it"};
+  return sheet;
 }
 
 void add_columns(const TableView& t, const std::string& before, const Values& values, Curve curve,
@@ -133,7 +141,7 @@ void put_places(lxw_worksheet* sheet, const TableView& t, lxw_row_t row, std::si
 
 // Rows from the top down: with constant memory none can be gone back to.
 void put_sheet(const Book& book, const TableView& t, const std::vector<std::string>& stage_name) {
-  lxw_worksheet* sheet = workbook_add_worksheet(book.workbook, t.name.c_str());
+  lxw_worksheet* sheet = new_sheet(book, t.name);
   const std::vector<Column> columns = columns_of(t, stage_name);
   const bool chart = charted(t, columns);
   const lxw_row_t header = CHART_ROW + (chart ? CHART_ROWS : 0), first = header + 1;
@@ -155,7 +163,7 @@ void put_sheet(const Book& book, const TableView& t, const std::vector<std::stri
 }
 
 void put_contents(const Book& book, const ResultsView& results) {
-  lxw_worksheet* sheet = workbook_add_worksheet(book.workbook, "contents");
+  lxw_worksheet* sheet = new_sheet(book, "contents");
   worksheet_set_column(sheet, 0, 1, 28, nullptr);
   put_text(sheet, 0, 0, results.title, book.bold);
   const char* names[] = {"sheet", "quantity", "unit", "positive"};
@@ -173,7 +181,11 @@ void put_contents(const Book& book, const ResultsView& results) {
 void write_xlsx(const ResultsView& results, const std::string& path) {
   lxw_workbook_options options{};
   options.constant_memory = LXW_TRUE;
-  Book book{workbook_new_opt(path.c_str(), &options), nullptr, nullptr, nullptr};
+  // Rows wait in temporary files, whose writes are not checked: on the disk of the workbook, so that
+  // a full one fails when the workbook is closed.
+  std::string folder = std::filesystem::absolute(path).parent_path().string();
+  options.tmpdir = folder.data();
+  Book book{path, workbook_new_opt(path.c_str(), &options), nullptr, nullptr, nullptr};
   if (book.workbook == nullptr) throw FileFailure{path, "no memory for a workbook"};
   book.bold = workbook_add_format(book.workbook);
   format_set_bold(book.bold);
