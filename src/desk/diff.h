@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "desk/job.h"
+#include "exchange/job.h"
 #include "exchange/results_view.h"
 
 namespace zelvo {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "desk/job.h"
+#include "exchange/job.h"
 
 namespace zelvo {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "construction/history.h"
-#include "desk/job.h"
+#include "exchange/job.h"
 #include "exchange/json.h"
 
 namespace zelvo {

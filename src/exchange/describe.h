@@ -1,7 +1,7 @@
 // The bridge, its stages and the places of its values as parts of results.json.
 #pragma once
 #include "construction/history.h"
-#include "desk/job.h"
+#include "exchange/job.h"
 #include "exchange/json.h"
 
 namespace zelvo {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "control/input.h"
-#include "desk/annotations.h"
+#include "exchange/annotations.h"
 
 namespace zelvo {
 

@@ -1,4 +1,4 @@
-#include "desk/annotations.h"
+#include "exchange/annotations.h"
 
 #include <algorithm>
 #include <charconv>

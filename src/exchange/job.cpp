@@ -1,4 +1,4 @@
-#include "desk/job.h"
+#include "exchange/job.h"
 
 #include <cerrno>
 #include <cstdio>
