@@ -13,6 +13,7 @@
 #include "construction/checks.h"
 #include "control/input_check.h"
 #include "control/input_doubts.h"
+#include "desk/check.h"
 #include "desk/scratch.h"
 
 namespace zelvo {
@@ -307,6 +308,16 @@ Model sound_model(const std::string& text) {
   return std::move(in.model);
 }
 
+// A file of which `check` would have something to say is not written.
+void pass_check(const std::string& text) {
+  Job job;
+  job.content = text;
+  job.outcome = read_input(text, job.input);
+  check_input(job.input);
+  const CheckResult result = check_job(job);
+  if (!result.findings.empty()) refuse(finding_text(result.findings.front()));
+}
+
 std::vector<std::string> list_of(const nlohmann::json& value) {
   std::vector<std::string> out;
   const auto text = [](const nlohmann::json& v) {
@@ -380,6 +391,7 @@ std::string bridge_text(const BridgeSketch& sketch) {
   plan.bracing = bracing_weight(generate_structure(model)).total() / (plan.length / FOOT);
   std::string text = file_text(sketch, plan);
   sound_model(text);
+  pass_check(text);
   return text;
 }
 

@@ -160,13 +160,23 @@ void check_pour(const Stages& s, int j) {
   }
 }
 
+// Whether a hard segment is loaded as when it was poured, and not with the whole deck.
+bool poured_again(const Stages& s, int k, int j) {
+  const Segment& g = s.seg(j);
+  if (g.poured == 0 || !inside(g.wet, WET_LOAD)) return false;
+  if (std::abs(s.m.pour_load(k, j) / s.m.pour_load(g.poured, j) - 1) > SAME_LOAD) return false;
+  if (s.m.npour == 1) return true;
+  for (int i = 1; i <= s.m.npour; ++i)
+    if (s.m.pour_load(k, i) != s.m.pour_load(k, j)) return true;
+  return false;
+}
+
 // Loads on a hard deck.
 void check_hard_load(const Stages& s, int k, int j) {
   const double ratio = s.m.pour_load(k, j) / s.weight;
   if (ratio <= 0 || !hard(s.m, k, j)) return;
   const Segment& g = s.seg(j);
-  if (g.poured > 0 && inside(g.wet, WET_LOAD) &&
-      std::abs(ratio / (s.m.pour_load(g.poured, j) / s.weight) - 1) < SAME_LOAD)
+  if (poured_again(s, k, j))
     return s.say(k, j, "load on hard concrete (", plain(s.m.pour_load(k, j)),
                  " kip/ft) is that of the segment's pour: given twice, or in the wrong row?");
   if (inside(ratio, HARD_LOAD)) return;

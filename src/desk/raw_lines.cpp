@@ -270,15 +270,15 @@ bool take_sign(std::string_view& line, char sign) {
   return true;
 }
 
-// Annotations that are none: "!@stage 1 steel", "! @ stage 1 steel".
+// Annotations that are none: "! @ stage 1 steel".
 void check_annotations(Checked& c, const Lines& lines) {
   static constexpr std::string_view NAMES[] = {"title", "stage", "load_factor", "bearing_spacing",
                                                "limit"};
   for (std::size_t l = 1; l < lines.size(); ++l) {
-    std::string_view line = lines[l], words = line;
-    if (!take_sign(line, '!') || !take_sign(line, '@') || take_word(words) == "!@") continue;
+    std::string_view line = lines[l];
+    if (!take_sign(line, '!') || line.starts_with('@') || !take_sign(line, '@')) continue;
     if (std::find(std::begin(NAMES), std::end(NAMES), take_word(line)) == std::end(NAMES)) continue;
-    const std::string text = "'" + printable(lines[l]) + "' is not read: '!@ ' is wanted";
+    const std::string text = "'" + printable(lines[l]) + "' is not read: '!@' is wanted";
     c.findings.push_back({static_cast<int>(l), true, NO_KEYWORD, {}, text, {}, {}, {}});
   }
 }
