@@ -85,7 +85,7 @@ Html sides_figure(const Results& r, const char* table, int girder, Sign sign,
                 ", left (black) and right flange (dashed), and the envelope of all totals");
   d.limits = limits_of(r, limit);
   for (const int side : {0, 1}) {
-    const auto i = static_cast<std::size_t>(2 * girder - 2 + side);
+    const std::size_t i = 2 * static_cast<std::size_t>(girder - 1) + static_cast<std::size_t>(side);
     const std::string name = side == 0 ? "left " : "right ";
     d.bands.push_back({&x, &e.low.at(i), &e.high.at(i)});
     d.curves.push_back({&x, &r.totals.back().at(table).at(i), side == 0 ? BLACK : RIGHT_COLOR, 1.8,
