@@ -167,7 +167,7 @@ bool poured_again(const Stages& s, int k, int j) {
   if (std::abs(s.m.pour_load(k, j) / s.m.pour_load(g.poured, j) - 1) > SAME_LOAD) return false;
   if (s.m.npour == 1) return true;
   for (int i = 1; i <= s.m.npour; ++i)
-    if (s.m.pour_load(k, i) != s.m.pour_load(k, j)) return true;
+    if (s.m.pour_load(k, i) != s.m.pour_load(k, j) || !hard(s.m, k, i)) return true;
   return false;
 }
 
