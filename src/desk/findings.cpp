@@ -122,8 +122,13 @@ void add_hint(const Input& in, Finding& f) {
   const std::string value = f.values.empty() ? std::string() : f.values.front();
   const std::size_t open = f.head.find("cannot be converted (");
   const std::string bad = open != f.head.npos ? f.head.substr(open + 21, 1) : value.substr(0, 1);
-  if (has(f.head, "cannot be converted") && bad.find_first_of("!#;*%/") != bad.npos)
+  const bool comment =
+      has(f.head, "cannot be converted") && bad.find_first_of("!#;*%/") != bad.npos;
+  if (comment)
     f.tail += "; a value is missing, or a comment stands between the records of a keyword";
+  if ((comment || has(f.head, "a keyword stands in the place")) && !f.rows.empty() &&
+      f.keyword != POUR_SEQ)
+    f.tail += "; the count of rows stands in line " + std::to_string(place_of(in, f.keyword, 0));
   if (f.keyword == POUR_SEQ && f.head.starts_with("length cannot be converted"))
     f.tail += "; too many segments, or stages and segments swapped?";
   if (f.keyword == POUR_SEQ && has(f.head, "self-weight switch"))
