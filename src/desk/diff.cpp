@@ -238,7 +238,7 @@ double share_of(const Item& a, const Item& b) {
 bool is_json(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   char c = 0;
-  return file >> c && c == '{';
+  return file >> c && (c == '{' || c == '[');
 }
 
 void print(const std::vector<Difference>& differences) {

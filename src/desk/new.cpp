@@ -310,11 +310,7 @@ Model sound_model(const std::string& text) {
 
 // A file of which `check` would have something to say is not written.
 void pass_check(const std::string& text) {
-  Job job;
-  job.content = text;
-  job.outcome = read_input(text, job.input);
-  check_input(job.input);
-  const CheckResult result = check_job(job);
+  const CheckResult result = check_job(job_of("new", text));
   if (!result.findings.empty()) refuse(finding_text(result.findings.front()));
 }
 

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include "base/failures.h"
 #include "control/input_check.h"
@@ -31,10 +32,10 @@ std::string read_file(const std::string& path) {
 
 }  // namespace
 
-Job read_job(const std::string& path) {
+Job job_of(std::string path, std::string content) {
   Job job;
-  job.path = path;
-  job.content = read_file(path);
+  job.path = std::move(path);
+  job.content = std::move(content);
   job.outcome = read_input(job.content, job.input);
   if (job.outcome != ReadOutcome::COMPLETE) return job;
   check_input(job.input);
@@ -42,5 +43,7 @@ Job read_job(const std::string& path) {
   if (job.input.notes.faults.empty()) doubt_input(job.input);
   return job;
 }
+
+Job read_job(const std::string& path) { return job_of(path, read_file(path)); }
 
 }  // namespace zelvo

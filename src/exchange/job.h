@@ -16,6 +16,9 @@ struct Job {
   bool sound() const { return outcome == ReadOutcome::COMPLETE && input.notes.faults.empty(); }
 };
 
+// The job that a text is; path is what it is called.
+Job job_of(std::string path, std::string content);
+
 // Reads a file. What cannot be opened or read throws FileFailure.
 Job read_job(const std::string& path);
 
