@@ -14,7 +14,9 @@
 // Nodes keep their numbers; mid nodes of frames follow, internal ones first. Over deck node n stand
 // n + L at the middle of the thickness and n + 2 L on top; L, told in the heading, is the smallest
 // power of ten above all these, since CalculiX allocates by the highest number. Node sets: FEET (web
-// feet of all stations), SUPPORTn, and ENDS of the bars.
+// feet of all stations), SUPPORTn (held nodes), and ENDS of the bars. CalculiX's total force of a
+// SUPPORTn is the reaction less what the bars bring there, which follows from the displacements of
+// ENDS, plus the loads on its nodes.
 #pragma once
 #include <string>
 
