@@ -118,8 +118,8 @@ CheckResult run_checks(Checked& c) {
   return r;
 }
 
-// A file without `end`: the reader takes nothing of it.
-int refused(const CheckOptions& options, const Job& job) {
+// Of a file without `end`: the reader takes nothing of it.
+CheckResult refusal(const Job& job) {
   Checked c{job};
   take_notes(c);
   if (job.outcome == ReadOutcome::EMPTY)
@@ -127,8 +127,13 @@ int refused(const CheckOptions& options, const Job& job) {
   settle(c);
   CheckResult r{{}, c.findings, 0, 0};
   for (const Finding& f : c.findings) ++(f.error ? r.errors : r.warnings);
+  return r;
+}
+
+int refused(const CheckOptions& options, const Job& job) {
+  const CheckResult r = refusal(job);
   std::string text;
-  for (const Finding& f : c.findings) text += finding_lines(job.path, f);
+  for (const Finding& f : r.findings) text += finding_lines(job.path, f);
   console(options.json ? check_json(job, r) : text);
   return EXIT_BAD_INPUT;
 }
@@ -142,6 +147,7 @@ void write_drawing(const std::string& path, const Model& model) {
 }  // namespace
 
 CheckResult check_job(const Job& job) {
+  if (job.outcome != ReadOutcome::COMPLETE) return refusal(job);
   Checked c{job};
   return run_checks(c);
 }
