@@ -13,13 +13,14 @@ import tempfile
 import time
 
 from selenium import webdriver
+from selenium.common.exceptions import WebDriverException
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
 
 SIZE_LIMIT = 3_000_000
 TITLE = """</script><img src=x onerror="document.title='taken over'"> & co"""
 FLAGS = ("--headless=new", "--no-sandbox", "--use-gl=angle", "--use-angle=swiftshader",
-         "--enable-unsafe-swiftshader", "--window-size=1300,1000")
+         "--enable-unsafe-swiftshader", "--disable-dev-shm-usage", "--window-size=1300,1000")
 # Of the picture: how many colours it has, and its bytes.
 PICTURE = """
 const canvas = document.querySelector("#scene canvas"), copy = document.createElement("canvas");
@@ -42,7 +43,12 @@ def open_browser():
     for flag in FLAGS:
         options.add_argument(flag)
     options.set_capability("goog:loggingPrefs", {"browser": "ALL", "performance": "ALL"})
-    return webdriver.Chrome(options=options)
+    for attempt in range(3):  # a loaded machine may not start it within its own limit of time
+        try:
+            return webdriver.Chrome(options=options)
+        except WebDriverException:
+            if attempt == 2:
+                raise
 
 
 def numbers_in(value):
