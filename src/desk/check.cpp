@@ -1,19 +1,20 @@
 #include "desk/check.h"
 
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "base/failures.h"
 #include "base/text.h"
 #include "desk/draw.h"
 #include "desk/raw_lines.h"
 #include "desk/rules.h"
+#include "desk/run.h"
+#include "desk/scratch.h"
 #include "exchange/json.h"
 
 namespace zelvo {
 
 namespace {
-
-constexpr int EXIT_WARNINGS = 1, EXIT_ERRORS = 2;
 
 std::string count(int n, const char* what) {
   std::string text = std::to_string(n);
@@ -22,12 +23,14 @@ std::string count(int n, const char* what) {
   return text;
 }
 
-std::string check_text(const Checked& c, const CheckResult& r) {
-  std::string text = understood_text(c, r.understood);
-  for (const Finding& f : r.findings) text += finding_lines(c.job.path, f);
-  if (c.job.input.notes.faults_left_out > 0)
-    text += c.job.path + ": and " + std::to_string(c.job.input.notes.faults_left_out) +
-            " more faults\n";
+std::string check_text(const Job& job, const CheckResult& r) {
+  const bool whole = job.outcome == ReadOutcome::COMPLETE;
+  std::string text = whole ? understood_text(job, r.understood) : "";
+  for (const Finding& f : r.findings) text += finding_lines(job.path, f);
+  if (!whole) return text;
+  if (job.input.notes.faults_left_out > 0)
+    text +=
+        job.path + ": and " + std::to_string(job.input.notes.faults_left_out) + " more faults\n";
   text += count(r.errors, "error") + ", " + count(r.warnings, "warning") + ".";
   if (r.understood.weighed) text += " " + effort_text(r.understood.effort);
   return text + "\n";
@@ -103,64 +106,43 @@ std::string check_json(const Job& job, const CheckResult& r) {
   return all.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-CheckResult run_checks(Checked& c) {
-  CheckResult r;
-  take_notes(c);
+Understood apply_rules(Checked& c) {
   check_lines(c);
-  r.understood = understand(c);
+  Understood u = understand(c);
   section_rules(c);
   bracing_rules(c);
-  const Understood& u = r.understood;
   pour_rules(c, u.weighed && u.length > 0 ? 12 * u.bracing.total() / u.length : 0);
-  settle(c);
-  for (const Finding& f : c.findings) ++(f.error ? r.errors : r.warnings);
-  r.findings = c.findings;
-  return r;
+  return u;
 }
 
-// Of a file without `end`: the reader takes nothing of it.
-CheckResult refusal(const Job& job) {
-  Checked c{job};
-  take_notes(c);
-  if (job.outcome == ReadOutcome::EMPTY)
-    c.findings = {{0, true, NO_KEYWORD, {}, "the file is empty", {}, {}, {}}};
-  settle(c);
-  CheckResult r{{}, c.findings, 0, 0};
-  for (const Finding& f : c.findings) ++(f.error ? r.errors : r.warnings);
-  return r;
-}
-
-int refused(const CheckOptions& options, const Job& job) {
-  const CheckResult r = refusal(job);
-  std::string text;
-  for (const Finding& f : r.findings) text += finding_lines(job.path, f);
-  console(options.json ? check_json(job, r) : text);
-  return EXIT_BAD_INPUT;
-}
-
-void write_drawing(const std::string& path, const Model& model) {
-  ResultFile file = open_file(path.c_str());
-  file.text = draw_bridge(model);
-  close_file(file);
+void write_drawing(const CheckOptions& options, const Model& model) {
+  spare_input(options.path, options.draw);
+  write_file(options.draw, draw_bridge(model));
 }
 
 }  // namespace
 
 CheckResult check_job(const Job& job) {
-  if (job.outcome != ReadOutcome::COMPLETE) return refusal(job);
   Checked c{job};
-  return run_checks(c);
+  CheckResult r;
+  take_notes(c);
+  if (job.outcome == ReadOutcome::COMPLETE) r.understood = apply_rules(c);
+  if (job.outcome == ReadOutcome::EMPTY)
+    c.findings = {{0, true, NO_KEYWORD, {}, "the file is empty", {}, {}, {}}};
+  settle(c);
+  for (const Finding& f : c.findings) ++(f.error ? r.errors : r.warnings);
+  r.findings = std::move(c.findings);
+  return r;
 }
 
 int check_command(const CheckOptions& options) {
   const Job job = read_job(options.path);
-  if (job.outcome != ReadOutcome::COMPLETE) return refused(options, job);
-  Checked c{job};
-  const CheckResult r = run_checks(c);
-  console(options.json ? check_json(job, r) : check_text(c, r));
-  if (!options.draw.empty() && job.sound()) write_drawing(options.draw, job.input.model);
+  const CheckResult r = check_job(job);
+  console(options.json ? check_json(job, r) : check_text(job, r));
+  if (job.outcome != ReadOutcome::COMPLETE) return EXIT_BAD_INPUT;
+  if (!options.draw.empty() && job.sound()) write_drawing(options, job.input.model);
   if (r.errors > 0 || (options.strict && r.warnings > 0)) return EXIT_ERRORS;
-  return r.warnings > 0 ? EXIT_WARNINGS : 0;
+  return r.warnings > 0 ? EXIT_WARNINGS : EXIT_CLEAN;
 }
 
 }  // namespace zelvo

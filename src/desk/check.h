@@ -10,10 +10,11 @@ struct CheckOptions {
   std::string path;
   bool strict = false;  // warnings count as errors
   bool json = false;
-  std::string draw;  // an SVG file for section and plan; empty: none
+  std::string draw;  // an SVG file for section and plan, not the input itself; empty: none
 };
 
-// All findings of a file that was read to its `end`, settled, and what was understood of it.
+// All findings, settled, and what was understood: nothing of a file that is empty or ends before
+// `end`.
 struct CheckResult {
   Understood understood;
   std::vector<Finding> findings;

@@ -78,8 +78,8 @@ std::string spans_text(const Understood& u) {
 
 std::string or_dash(const std::string& text) { return text.empty() ? "-" : text; }
 
-std::string stages_text(const Checked& c, const Understood& u) {
-  const Model& m = c.job.input.model;
+std::string stages_text(const Job& job, const Understood& u) {
+  const Model& m = job.input.model;
   std::size_t name = 6, letters = 4;
   for (const StageSummary& s : u.stages) {
     name = std::max(name, s.name.size());
@@ -132,8 +132,8 @@ Understood understand(const Checked& c) {
   return u;
 }
 
-std::string understood_text(const Checked& c, const Understood& u) {
-  std::string text = c.job.path + ":";
+std::string understood_text(const Job& job, const Understood& u) {
+  std::string text = job.path + ":";
   if (!u.title.empty()) text += " " + u.title + ",";
   text += u.girders == 0 ? " ? girders" : u.girders == 1 ? " 1 girder" : " 2 girders";
   text += u.radius > 0 ? ", R " + print("%.4g", u.radius / 12) + " ft" : ", straight";
@@ -147,7 +147,7 @@ std::string understood_text(const Checked& c, const Understood& u) {
     text += print("  steel plates %.1f kip, bracing %.1f kip", u.plates, u.bracing.total());
     text += u.bracing.total() > 0 ? " (not in the analysis: add it as a load)\n" : "\n";
   }
-  return u.stages.empty() ? text : text + stages_text(c, u);
+  return u.stages.empty() ? text : text + stages_text(job, u);
 }
 
 std::string effort_text(const Effort& e) {

@@ -41,7 +41,7 @@ struct Understood {
 Understood understand(const Checked& c);
 
 // The first lines of the check's output.
-std::string understood_text(const Checked& c, const Understood& u);
+std::string understood_text(const Job& job, const Understood& u);
 // "284,085 equations, needs 0.8 GB, about 13 s a stage."
 std::string effort_text(const Effort& effort);
 

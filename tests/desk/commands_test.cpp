@@ -55,6 +55,7 @@ TEST(Commands, EndWithTheirStatus) {
       {"check empty.txt", "empty", 65},
       {"check none.txt", "none.txt", 74},
       {"check span.txt --draw none/plan.svg", "none/plan.svg", 74},
+      {"check span.txt --draw ./span.txt", "is the input itself", 74},
       {"run short.txt", "short.txt: error: the file ends before", 65},
       {"report faulty.txt", "faulty.txt:", 65},
       {"inp span.txt --stage 4", "there is no stage 4: the input has 3", 2},
