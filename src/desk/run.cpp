@@ -202,8 +202,8 @@ int run_job(const Job& job, const RunOptions& o, std::FILE* shown, Capture& capt
   return status_of(job);
 }
 
+// The run of a job that can be analysed.
 int run_and_keep(const RunOptions& o, const Job& job, Json& results) {
-  if (const int status = opening_status(job, o.strict); status > EXIT_WARNINGS) return status;
   const Interrupts interrupts;
   Capture capture;
   // Where results alone are wanted, or JSON, progress does not belong on standard output.
@@ -278,7 +278,9 @@ int opening_status(const Job& job, bool strict) {
 
 int run_command(const RunOptions& o) {
   Json results;
-  const int status = run_and_keep(o, read_job(o.path), results);
+  const Job job = read_job(o.path);
+  int status = opening_status(job, o.strict);
+  if (status <= EXIT_WARNINGS) status = run_and_keep(o, job, results);
   if (o.json && (status == EXIT_CLEAN || status == EXIT_WARNINGS)) {
     const Json summary = {{"results", (folder_of(o) / RESULTS).string()},
                           {"governing", results["governing"]},
@@ -299,14 +301,13 @@ std::filesystem::path folder_of(const RunOptions& o) {
 
 Json results_of(const RunOptions& o, int& status) {
   const Job job = read_job(o.path);
+  status = opening_status(job, o.strict);
+  if (status > EXIT_WARNINGS) return nullptr;
   Json results = kept_results(job, folder_of(o) / RESULTS);
-  if (results.is_null()) {
-    RunOptions quiet = o;
-    quiet.json = true;
-    status = run_and_keep(quiet, job, results);
-    return results;
-  }
-  status = status_of(job);
+  if (!results.is_null()) return results;
+  RunOptions quiet = o;
+  quiet.json = true;
+  status = run_and_keep(quiet, job, results);
   return results;
 }
 

@@ -64,7 +64,7 @@ TEST(Run, LeavesTheLastResultsWhenItFails) {
     const auto before = f.files();
     EXPECT_EQ(f.desk("run a.txt " + c.arguments), c.status) << f.said;
     EXPECT_NE(f.said.find(c.why), std::string::npos) << f.said;
-    EXPECT_EQ(f.files() == before, true) << c.why;
+    EXPECT_TRUE(f.files() == before) << c.why;
   }
 }
 
@@ -77,7 +77,7 @@ TEST(Run, LeavesNothingWhenItIsInterrupted) {
                     " 0.4 " ZELVO_DESK_PROGRAM " run a.txt"),
               status)
         << f.said;
-    EXPECT_EQ(f.files() == before, true) << signal;
+    EXPECT_TRUE(f.files() == before) << signal;
   }
 }
 
@@ -89,6 +89,9 @@ TEST(Run, IsMadeAnewOnlyWhenTheInputHasChanged) {
   const auto first = stamp();
   EXPECT_LE(f.desk("xlsx a.txt"), EXIT_WARNINGS) << f.said;
   EXPECT_EQ(stamp(), first);
+  f.write("a.txt", braced().set("web_stiffener", "1\n120 0 .75").text());
+  EXPECT_EQ(f.desk("csv a.txt"), EXIT_WARNINGS) << f.said;
+  EXPECT_EQ(f.desk("csv a.txt --strict"), EXIT_ERRORS) << f.said;  // with results that lie there
   f.write("a.txt", braced().text() + "!@ title another\n");
   EXPECT_LE(f.desk("report a.txt"), EXIT_WARNINGS) << f.said;
   EXPECT_EQ(Json::parse(f.read("results.json"))["title"], "another");
