@@ -243,7 +243,7 @@ EigenOutcome lowest_factors(const SymmetricMatrix& K, SolverHandle* factors, Sym
   BucklingModes estimate{Vector<double>(1), Matrix<double>(K.n(), 1, "a buckling mode")};
   const EigenOutcome first = buckling_solve_factored(K, factors, KG, loose, no_progress, estimate);
   const SymmetricMatrix& B = KG;
-  if (first.solver_code != 0 || !first.found) return first;
+  if (!first.found) return first;
   const double sigma =
       estimate.eigval(1) > 0 ? shift_below(K, B, estimate.eigval(1), shifted) : 0.0;
   sharp.solver_type = sigma > 0 ? 2 : 1;
