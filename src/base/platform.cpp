@@ -26,6 +26,9 @@ void keep_standard_streams() {}
 
 void keep_freed_memory() {}
 
+HeldTermination::HeldTermination() = default;
+HeldTermination::~HeldTermination() = default;
+
 }  // namespace zelvo
 
 #else
@@ -74,6 +77,15 @@ void keep_freed_memory() {
   mallopt(M_TRIM_THRESHOLD, -1);  // and its free end is never given back
 #endif
 }
+
+HeldTermination::HeldTermination() {
+  sigset_t termination;
+  sigemptyset(&termination);
+  sigaddset(&termination, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &termination, &before);
+}
+
+HeldTermination::~HeldTermination() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
 
 }  // namespace zelvo
 

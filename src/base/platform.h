@@ -1,5 +1,8 @@
-// What differs between operating systems: process time, a key press, the memory allocator.
+// What differs between operating systems: process time, a key press, signals, the memory allocator.
 #pragma once
+#ifndef _WIN32
+#include <csignal>
+#endif
 
 namespace zelvo {
 
@@ -16,5 +19,19 @@ void keep_standard_streams();
 
 // Keeps freed memory in the process: a page given back to the system costs its first touch again.
 void keep_freed_memory();
+
+// Holds back the signal that asks the process to end (SIGTERM); it arrives when this goes.
+class HeldTermination {
+ public:
+  HeldTermination();
+  ~HeldTermination();
+  HeldTermination(const HeldTermination&) = delete;
+  HeldTermination& operator=(const HeldTermination&) = delete;
+
+ private:
+#ifndef _WIN32
+  sigset_t before;
+#endif
+};
 
 }  // namespace zelvo

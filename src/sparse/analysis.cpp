@@ -15,7 +15,7 @@ Detail reorder(int neqns, const int* ia, const int* ja, const int* user_perm, in
   const Detail fault = build_graph(neqns, ia, ja, compress, r.groups, r.graph);
   if (fault != NO_DETAIL) return fault;
   if (compress) {
-    dissect(r.graph, r.groups, r.tree.perm, r.tree.invp);
+    if (!dissect(r.graph, r.groups, r.tree.perm, r.tree.invp)) return NO_ORDER;
   } else if (!take_order(neqns, user_perm, r.tree.perm, r.tree.invp)) {
     return BAD_PERMUTATION;
   }

@@ -39,6 +39,7 @@ enum Detail : int {
   BAD_COLUMN = -170,       // a column number outside the upper triangle
   BAD_STRUCTURE = -180,    // a row list disagrees with its column length
   BAD_PERMUTATION = -190,  // the caller's order is no permutation
+  NO_ORDER = -195,         // the dissection failed
 
   // Driver error -4, a factorization that cannot be finished.
   BAD_PIVOT = -2,

@@ -10,8 +10,8 @@ namespace zelvo {
 //   perm   (n)  out  perm(new) = old
 //   invp   (n)  out  invp(old) = new
 //
-// Memory that METIS cannot have throws MemoryFailure.
-void dissect(Graph& graph, const Groups& groups, Vector<int>& perm, Vector<int>& invp);
+// Memory that METIS cannot have throws MemoryFailure; false where it fails otherwise.
+bool dissect(Graph& graph, const Groups& groups, Vector<int>& perm, Vector<int>& invp);
 
 // The caller's order of the equations, (neqns) perm(new) = old, as perm and invp. Returns false if
 // it is not a permutation of 1 to neqns; a missing one (null) is none.

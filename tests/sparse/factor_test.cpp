@@ -4,9 +4,14 @@
 
 #include <cmath>
 #include <numeric>
+#ifndef _WIN32
+#include <signal.h>
+#include <unistd.h>
+#endif
 
 #include "sparse/matrices.h"
 #include "sparse/numeric.h"
+#include "sparse/ordering.h"
 
 using namespace zelvo;
 
@@ -208,3 +213,26 @@ TEST(Groups, HoldEquationsWithTheSameNeighboursOnly) {
   EXPECT_EQ(group_count(m), 60);  // not looked for in rows that do not ascend
   checked(m);
 }
+
+#ifndef _WIN32
+TEST(OrderingDeathTest, EndsByTheSignalThatAsksForIt) {
+  constexpr int n = 40000, width = 200;
+  std::vector<int> ia{1}, ja;
+  for (int i = 1; i <= n; ++i) {
+    for (const int j : {i, i + 1, i + width})
+      if (j <= n) ja.push_back(j);
+    ia.push_back(static_cast<int>(ja.size()) + 1);
+  }
+  Groups groups;
+  Graph graph;
+  ASSERT_EQ(build_graph(n, ia.data(), ja.data(), false, groups, graph), NO_DETAIL);
+  const auto order = [&] {
+    if (fork() == 0) usleep(50000), kill(getppid(), SIGTERM), _exit(0);
+    Vector<int> perm, invp;
+    for (int times = 0; times < 100; ++times)
+      if (!dissect(graph, groups, perm, invp)) break;
+    _exit(0);
+  };
+  EXPECT_EXIT(order(), testing::KilledBySignal(SIGTERM), "");
+}
+#endif
