@@ -82,8 +82,8 @@ Json studs_json(const Model& m) {
 }
 
 Json even_places(int count, double first, double spacing) {
-  std::vector<double> position;
-  for (int i = 0; i < count; ++i) position.push_back(first + spacing * i);
+  std::vector<double> position(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) position[i] = first + spacing * i;
   return {{"position_in", std::move(position)}};
 }
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <map>
 #include <set>
+#include <tuple>
 #include <vector>
 
 #include "bars/braces.h"
@@ -27,7 +28,9 @@ constexpr int ITEMS_PER_LINE = 10;     // below CalculiX's 16, and its 132 colum
 struct SpringKind {
   std::string type, freedoms;
   double k;
-  auto operator<=>(const SpringKind&) const = default;
+  bool operator<(const SpringKind& o) const {
+    return std::tie(type, freedoms, k) < std::tie(o.type, o.freedoms, o.k);
+  }
 };
 
 struct Deck {
@@ -123,9 +126,10 @@ void put_shells(Deck& d, std::map<int, int>& number_of) {
       }
       put_numbers(record, d.out);
     }
-    d.out += "*MATERIAL, NAME=M" + set + "\n*ELASTIC\n" + real(p.modulus) + ", " + real(p.poisson) +
-             "\n*" + (is_solid ? "SOLID" : "SHELL") + " SECTION, ELSET=" + set + ", MATERIAL=M" +
-             set + "\n" + (is_solid ? "" : real(p.thickness) + "\n");
+    d.out += "*MATERIAL, NAME=M" + set + "\n*ELASTIC\n" + real(p.modulus) + ", " + real(p.poisson);
+    d.out += is_solid ? "\n*SOLID" : "\n*SHELL";
+    d.out += " SECTION, ELSET=" + set + ", MATERIAL=M" + set + "\n";
+    if (!is_solid) d.out += real(p.thickness) + "\n";
   }
 }
 
@@ -236,8 +240,8 @@ void put_supports(Deck& d) {
     if (hold == PlanHold::FIXED) held += n + ", 3\n";
     if (hold != PlanHold::RADIAL) continue;
     const double t = d.model.supp_pos(1 + (i - 1) / nline) / d.model.rcurv;
-    radial += "*EQUATION\n2\n" + n + ", 1, " + real(std::cos(t)) + ", " + n + ", 3, " +
-              real(std::sin(t)) + "\n";
+    radial += "*EQUATION\n2\n" + n + ", 1, " + real(std::cos(t)) + ", ";
+    radial += n + ", 3, " + real(std::sin(t)) + "\n";
   }
   d.out += radial + "*BOUNDARY\n" + held;
 }

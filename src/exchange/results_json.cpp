@@ -121,7 +121,7 @@ Json at_points(const std::vector<TenthPoint>& points, int girders, Of of) {
   for (int g = 1; g <= girders; ++g)
     for (const Line& line : LINES) {
       const Matrix<double> values = of(line.table);
-      std::vector<double> row;
+      Json row = Json::array();
       for (const TenthPoint& p : points) row.push_back(at_position(values, g, p.position));
       out.push_back(std::move(row));
     }
@@ -179,19 +179,19 @@ Compared governed(const Model& model, const Envelope& totals, const Limit& limit
                   std::initializer_list<const char*> names) {
   const std::vector<Governing> all = governing_values(totals);
   std::vector<Governing> wanted;
-  const TableInfo* info = nullptr;
+  Along along = Along::STATION;
   for (std::size_t t = 0; t < all.size(); ++t)
     for (const char* name : names)
       if (table_infos()[t].name == std::string_view(name)) {
         wanted.push_back(all[t]);
-        info = &table_infos()[t];
+        along = table_infos()[t].along;
       }
   const bool least = limit.name == "reaction";
   const Governor g = least ? wanted[0].low : largest_magnitude(wanted);
   if (g.stage == 0) return {};
-  const double position = info->along == Along::STATION ? STATION_SPACING * (g.row - 1.0)
-                          : info->along == Along::BAY   ? BAY_LENGTH * (g.row - 0.5)
-                                                        : model.supp_pos(g.row);
+  const double position = along == Along::STATION ? STATION_SPACING * (g.row - 1.0)
+                          : along == Along::BAY   ? BAY_LENGTH * (g.row - 0.5)
+                                                  : model.supp_pos(g.row);
   return {g.value, g.stage, position,
           least ? g.value >= limit.value : std::abs(g.value) <= limit.value};
 }
