@@ -37,20 +37,23 @@ void add_check(CLI::App& app, CheckOptions& o, Command& chosen) {
   c->callback([&] { chosen = [&] { return check_command(o); }; });
 }
 
-void add_buckling(CLI::App& command, Buckling& choice) {
+void add_buckling(CLI::App& command, RunOptions& o) {
   const std::map<std::string, Buckling> kinds = {
       {"none", Buckling::NONE}, {"history", Buckling::HISTORY}, {"all", Buckling::ALL}};
   command
-      .add_option("--buckling", choice,
+      .add_option("--buckling", o.buckling,
                   "Buckling checks of each stage: none, history, all; without it all where the "
                   "input has 'buckle'")
       ->transform(CLI::CheckedTransformer(kinds));
+  command
+      .add_option("--stages", o.checked, "Stages whose buckling is checked: 1,8; all without it")
+      ->delimiter(',');
 }
 
 void add_run(CLI::App& app, RunOptions& o, Command& chosen) {
   CLI::App* c = add_command(app, "run", "Analyse all stages: nine files and results.json", o.path);
   c->add_option("-d,--folder", o.folder, "Folder of the results; that of the input without it");
-  add_buckling(*c, o.buckling);
+  add_buckling(*c, o);
   c->add_flag("--strict", o.strict, "Warnings are errors");
   c->add_flag("--json", o.json, "A summary as JSON on standard output");
   c->callback([&] { chosen = [&] { return run_command(o); }; });
@@ -77,7 +80,7 @@ void add_exports(CLI::App& app, ExportOptions& o, Command& chosen) {
       ->add_flag("--strips", o.strips, "With the stresses of every strip of the plates");
   add("xlsx", "The results as a workbook", xlsx_command);
   CLI::App* vtu = add("vtu", "Fields of stages and modes for ParaView, into a folder", vtu_command);
-  add_buckling(*vtu, o.run.buckling);
+  add_buckling(*vtu, o.run);
   add("inp", "A stage as an input deck of CalculiX", inp_command)
       ->add_option("--stage", o.stage, "Stage, from 1")
       ->capture_default_str();

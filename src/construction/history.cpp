@@ -174,6 +174,8 @@ void form_softest(const Structure& structure, Pass& p) {
 
 void check_buckling(const Structure& structure, int k, Pass& p, StageRecord& record) {
   const CheckChoice& wanted = p.options.checks;
+  if (wanted.batch_rule || wanted.softest) add_batch_load(structure, k, p);
+  if (!wanted.include(k)) return;
   CheckWork work{p.last, p.KG, p.shifted};
   const auto check = [&](const Factored& f, const Vector<double>& U) {
     if (f.code != 0) return HistoryCheck{};
@@ -181,7 +183,6 @@ void check_buckling(const Structure& structure, int k, Pass& p, StageRecord& rec
   };
   if (wanted.history) record.history = check(p.stiff, p.total);
   if (!wanted.batch_rule && !wanted.softest) return;
-  add_batch_load(structure, k, p);
   Vector<double> V(p.U.size(), "the displacements of a check");
   if (wanted.batch_rule && p.stiff.solve(p.batch_F, V) == 0) record.batch_rule = check(p.stiff, V);
   if (!wanted.softest) return;

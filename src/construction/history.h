@@ -5,6 +5,7 @@
 // increment is the solution of a stage times its load factor, a total the sum of the increments up
 // to a stage. Nothing is scaled anew when concrete hardens.
 #pragma once
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -22,6 +23,11 @@ struct CheckChoice {
   bool batch_rule =
       false;             // K of the stage, the sum of all loads on it, as the batch program has it
   bool softest = false;  // all loads on every segment at its softest, a comparison and no bound
+  std::vector<int> stages{};  // that are checked; empty: all
+
+  bool include(int k) const {
+    return stages.empty() || std::find(stages.begin(), stages.end(), k) != stages.end();
+  }
 };
 
 struct StageRecord;
@@ -43,7 +49,7 @@ struct StageRecord {
   StageResults results;         // unfactored: the batch program's without a buckling check
   Quantities increment, total;  // factored
   StageChecks checks;
-  HistoryCheck history, batch_rule, softest;  // empty where not asked for
+  HistoryCheck history, batch_rule, softest;  // empty where not made
 };
 
 struct History {

@@ -100,7 +100,7 @@ int write_fields(const Job& job, const ExportOptions& o) {
   std::filesystem::create_directories(folder);
   const Scratch scratch(folder);
   Fields fields{scratch.path, stem_of(o.run.path), {}, {}, {}};
-  CheckChoice checks = check_choice(o.run.buckling, job.input.model);
+  CheckChoice checks = check_choice(o.run, job.input.model);
   checks.batch_rule = checks.softest = false;
   {
     const Capture console;
@@ -143,7 +143,7 @@ int xlsx_command(const ExportOptions& o) {
 
 int vtu_command(const ExportOptions& o) {
   const Job job = read_job(o.run.path);
-  if (const int status = opening_status(job, o.run.strict); !good(status)) return status;
+  if (const int status = opening_status(job, o.run); !good(status)) return status;
   const Interrupts interrupts;
   try {
     return write_fields(job, o);
@@ -155,13 +155,9 @@ int vtu_command(const ExportOptions& o) {
 
 int inp_command(const ExportOptions& o) {
   const Job job = read_job(o.run.path);
-  if (const int status = opening_status(job, o.run.strict); !good(status)) return status;
+  if (const int status = opening_status(job, o.run); !good(status)) return status;
   const Model& model = job.input.model;
-  if (o.stage < 1 || o.stage > model.nanal) {
-    std::fprintf(stderr, "zelvo-desk: there is no stage %d: the input has %d\n", o.stage,
-                 model.nanal);
-    return EXIT_ERRORS;
-  }
+  if (!stage_exists(o.stage, model)) return EXIT_ERRORS;
   const path output =
       beside_results(o, stem_of(o.run.path) + "_stage_" + std::to_string(o.stage) + ".inp");
   spare_input(o.run.path, output);

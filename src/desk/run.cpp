@@ -134,7 +134,7 @@ std::string utc_now() {
 // The pass over the stages, with the files of the stages in `files`.
 History construct_job(const Job& job, const RunOptions& o, Monitor& monitor, ResultFiles& files) {
   const Model& model = job.input.model;
-  HistoryOptions options = history_options(job, check_choice(o.buckling, model));
+  HistoryOptions options = history_options(job, check_choice(o, model));
   options.stage_done = [&](const Structure& structure, const StageRecord& s, const Vector<double>&,
                            const Vector<double>&) {
     note_failures(stage_failures(model, s), monitor);
@@ -231,18 +231,10 @@ Json kept_results(const Job& job, const std::filesystem::path& path) {
 
 }  // namespace
 
-CheckChoice check_choice(Buckling buckling, const Model& model) {
-  switch (buckling) {
-    case Buckling::NONE:
-      return {};
-    case Buckling::HISTORY:
-      return {true, false, false};
-    case Buckling::ALL:
-      return {true, true, true};
-    case Buckling::AS_INPUT:
-      break;
-  }
-  return {model.buckle, model.buckle, model.buckle};
+CheckChoice check_choice(const RunOptions& o, const Model& model) {
+  const bool as_input = o.buckling == Buckling::AS_INPUT && model.buckle;
+  const bool all = o.buckling == Buckling::ALL || as_input;
+  return {all || o.buckling == Buckling::HISTORY, all, all, o.checked};
 }
 
 void print_notes(const Job& job) {
@@ -264,7 +256,15 @@ int status_of(const Job& job) {
   return job.input.notes.warnings.empty() ? EXIT_CLEAN : EXIT_WARNINGS;
 }
 
-int opening_status(const Job& job, bool strict) {
+bool stage_exists(int stage, const Model& model) {
+  const bool exists = stage >= 1 && stage <= model.nanal;
+  if (!exists)
+    std::fprintf(stderr, "zelvo-desk: there is no stage %d: the input has %d\n", stage,
+                 model.nanal);
+  return exists;
+}
+
+int opening_status(const Job& job, const RunOptions& o) {
   print_notes(job);
   if (!job.sound()) return EXIT_BAD_INPUT;
   if (job.input.model.nanal < 1) {
@@ -272,14 +272,16 @@ int opening_status(const Job& job, bool strict) {
                  job.path.c_str());
     return EXIT_ERRORS;
   }
+  for (const int k : o.checked)
+    if (!stage_exists(k, job.input.model)) return EXIT_ERRORS;
   const int status = status_of(job);
-  return strict && status == EXIT_WARNINGS ? EXIT_ERRORS : status;
+  return o.strict && status == EXIT_WARNINGS ? EXIT_ERRORS : status;
 }
 
 int run_command(const RunOptions& o) {
   Json results;
   const Job job = read_job(o.path);
-  int status = opening_status(job, o.strict);
+  int status = opening_status(job, o);
   if (status <= EXIT_WARNINGS) status = run_and_keep(o, job, results);
   if (o.json && (status == EXIT_CLEAN || status == EXIT_WARNINGS)) {
     const Json summary = {{"results", (folder_of(o) / RESULTS).string()},
@@ -301,7 +303,7 @@ std::filesystem::path folder_of(const RunOptions& o) {
 
 Json results_of(const RunOptions& o, int& status) {
   const Job job = read_job(o.path);
-  status = opening_status(job, o.strict);
+  status = opening_status(job, o);
   if (status > EXIT_WARNINGS) return nullptr;
   Json results = kept_results(job, folder_of(o) / RESULTS);
   if (!results.is_null()) return results;

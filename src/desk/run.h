@@ -2,6 +2,7 @@
 #pragma once
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "construction/history.h"
 #include "exchange/job.h"
@@ -23,8 +24,9 @@ struct RunOptions {
   std::string path;
   std::string folder;  // of the results; that of the input if empty
   Buckling buckling = Buckling::AS_INPUT;
-  bool strict = false;  // warnings are errors
-  bool json = false;    // standard output is a JSON summary
+  std::vector<int> checked;  // stages whose buckling is checked; empty: all
+  bool strict = false;       // warnings are errors
+  bool json = false;         // standard output is a JSON summary
 };
 
 // Runs the analysis in a scratch folder beside the results and moves them into place when all
@@ -42,14 +44,17 @@ Json results_of(const RunOptions& options, int& status);
 std::filesystem::path folder_of(const RunOptions& options);
 
 // The checks of a pass over the stages of a model.
-CheckChoice check_choice(Buckling buckling, const Model& model);
+CheckChoice check_choice(const RunOptions& options, const Model& model);
 
 // Faults and warnings, a line each, on standard error.
 void print_notes(const Job& job);
 
 // Prints the notes of a job that is to be analysed and says whether it can be: clean or warnings if
-// so; else EXIT_BAD_INPUT, or errors (strict and warnings, no stages).
-int opening_status(const Job& job, bool strict);
+// so; else EXIT_BAD_INPUT, or errors (strict and warnings, no stages, checks of a stage that is not
+// there).
+int opening_status(const Job& job, const RunOptions& options);
+// Whether there is a stage of that number; says so if not.
+bool stage_exists(int stage, const Model& model);
 // Of a job that can be: clean or warnings.
 int status_of(const Job& job);
 

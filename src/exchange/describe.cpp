@@ -83,7 +83,8 @@ Json studs_json(const Model& m) {
 
 Json even_places(int count, double first, double spacing) {
   std::vector<double> position(static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) position[i] = first + spacing * i;
+  for (std::size_t i = 0; i < position.size(); ++i)
+    position[i] = first + spacing * static_cast<double>(i);
   return {{"position_in", std::move(position)}};
 }
 

@@ -128,7 +128,8 @@ void put_shells(Deck& d, std::map<int, int>& number_of) {
     }
     d.out += "*MATERIAL, NAME=M" + set + "\n*ELASTIC\n" + real(p.modulus) + ", " + real(p.poisson);
     d.out += is_solid ? "\n*SOLID" : "\n*SHELL";
-    d.out += " SECTION, ELSET=" + set + ", MATERIAL=M" + set + "\n";
+    d.out += " SECTION, ELSET=" + set;
+    d.out += ", MATERIAL=M" + set + "\n";
     if (!is_solid) d.out += real(p.thickness) + "\n";
   }
 }

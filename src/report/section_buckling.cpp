@@ -28,6 +28,12 @@ bool is_lowest(const LowestText& l, std::size_t stage, std::size_t mode) {
   return l.stage == static_cast<int>(stage) + 1 && l.mode == static_cast<int>(mode) + 1;
 }
 
+bool was_checked(const Results& r, std::size_t k) {
+  for (const auto* checks : {&r.history, &r.batch_rule, &r.softest})
+    if (k < checks->size() && (*checks)[k].made) return true;
+  return false;
+}
+
 Html factor_rows(const Results& r, std::size_t k) {
   std::size_t modes = 0;
   for (const auto* checks : {&r.history, &r.batch_rule, &r.softest})
@@ -35,7 +41,8 @@ Html factor_rows(const Results& r, std::size_t k) {
   Html out = html("<tbody>");
   if (modes == 0)
     put(out, "<tr><th scope=\"row\">", stage_label(r, static_cast<int>(k) + 1),
-        "</th><td class=\"l\" colspan=\"6\">no factor was found</td></tr>");
+        "</th><td class=\"l\" colspan=\"6\">",
+        was_checked(r, k) ? "no factor was found" : "not checked", "</td></tr>");
   for (std::size_t m = 0; m < modes; ++m) {
     const ModeText* mode = mode_of(r.history, k, m);
     put(out, "<tr>");

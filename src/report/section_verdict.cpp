@@ -1,4 +1,5 @@
 // (1) What governs, and whether anything is amiss.
+#include <algorithm>
 #include <cmath>
 
 #include "report/sections.h"
@@ -42,16 +43,17 @@ Html uplift_sentence(const Results& r) {
 
 Html buckling_sentence(const Results& r) {
   const ModeText* mode = lowest_mode(r);
+  const auto made =
+      std::count_if(r.history.begin(), r.history.end(), [](const CheckText& c) { return c.made; });
   if (mode == nullptr) {
-    bool made = false;
-    for (const CheckText& c : r.history) made = made || c.made;
-    return made ? sentence(true, html("No positive buckling factor was found."))
-                : html("<li class=\"none\">Buckling was not checked.</li>");
+    return made > 0 ? sentence(true, html("No positive buckling factor was found."))
+                    : html("<li class=\"none\">Buckling was not checked.</li>");
   }
   const LowestText& l = r.lowest_history;
   return sentence(l.factor >= 1,
                   html("Lowest buckling factor ", number(l.factor, Unit::FACTOR), " after stage ",
-                       stage_label(r, l.stage), ": ", mode_words(*mode, r.bridge), "."));
+                       stage_label(r, l.stage), ": ", mode_words(*mode, r.bridge), ".",
+                       made < std::ssize(r.history) ? " Not every stage was checked." : ""));
 }
 
 Html equilibrium_sentence(const Results& r) {
