@@ -1,8 +1,10 @@
 #include "base/text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
+#include <cstdarg>
 #include <cstring>
 #include <utility>
 
@@ -79,6 +81,18 @@ void free_line(std::string& out, std::string_view text, double value) {
   out.append(" ").append(text);
   put_field(out, word.empty() ? std::string_view(digits, end) : word, width);
   out.append("\n");
+}
+
+std::string formatted(const char* format, ...) {
+  va_list arguments, again;
+  va_start(arguments, format);
+  va_copy(again, arguments);
+  const int length = std::vsnprintf(nullptr, 0, format, arguments);
+  std::string text(static_cast<std::size_t>(std::max(length, 0)), ' ');
+  std::vsnprintf(text.data(), text.size() + 1, format, again);
+  va_end(again);
+  va_end(arguments);
+  return text;
 }
 
 void console(std::string_view text) {

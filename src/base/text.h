@@ -15,6 +15,9 @@ void put_int(std::string& out, std::int64_t value, int width);
 void put_real(std::string& out, double value, int width, int decimals);
 void put_blanks(std::string& out, int n);
 
+// What printf would print.
+[[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...);
+
 // " text", line end.
 void free_line(std::string& out, std::string_view text);
 // The integer right-aligned in 12 columns, line end.

@@ -1,9 +1,9 @@
 #include "construction/buckling.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "bars/geometric.h"
+#include "base/text.h"
 #include "buckling/geometric.h"
 #include "matrix/product.h"
 
@@ -42,11 +42,7 @@ void weigh_bracing_of_modes(const Structure& structure, const SymmetricMatrix& K
   }
 }
 
-std::string number(double value) {
-  char digits[32];
-  std::snprintf(digits, sizeof digits, "%.4g", value);
-  return digits;
-}
+std::string number(double value) { return formatted("%.4g", value); }
 
 std::string failure_remark(const EigenOutcome& o) {
   if (o.solver_code != 0)

@@ -121,14 +121,10 @@ constexpr double SHARP_TOL = 1.0e-6;
 // the shift at half the first factor. None where that factor is no load factor, or where the input
 // is as sharp already.
 std::string sharper_record(const EigenOptions& options, double first) {
-  char record[80];
   if (!std::isfinite(first) || first <= 0 || options.tol <= SHARP_TOL) return {};
-  if (options.solver_type == 2)
-    std::snprintf(record, sizeof record, ", sharper with solver \"2 %.1E\" and \"%.3g\"", SHARP_TOL,
-                  0.5 * first);
-  else
-    std::snprintf(record, sizeof record, ", sharper with solver \"1 %.1E\"", SHARP_TOL);
-  return record;
+  return options.solver_type == 2
+             ? formatted(", sharper with solver \"2 %.1E\" and \"%.3g\"", SHARP_TOL, 0.5 * first)
+             : formatted(", sharper with solver \"1 %.1E\"", SHARP_TOL);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "base/failures.h"
+#include "base/text.h"
 #include "desk/run.h"
 #include "exchange/results_json.h"
 
@@ -19,11 +20,7 @@ namespace {
 constexpr double SAME = 1e-9;           // shares below it are rounding
 constexpr std::size_t MOST_LINES = 60;  // printed; --json has all
 
-std::string text_of(double value) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%.9g", value);
-  return text;
-}
+std::string text_of(double value) { return formatted("%.9g", value); }
 
 void sort(std::vector<Difference>& differences) {
   std::stable_sort(differences.begin(), differences.end(),
@@ -245,10 +242,9 @@ void print(const std::vector<Difference>& differences) {
   std::string out;
   for (std::size_t i = 0; i < std::min(differences.size(), MOST_LINES); ++i) {
     const Difference& d = differences[i];
-    char percent[24];
-    std::snprintf(percent, sizeof percent, "%8.3g%%  ", 100 * d.share);
-    out += percent + printable(d.what) + ": " + (d.a.empty() ? "-" : printable(d.a)) + " -> " +
-           (d.b.empty() ? "-" : printable(d.b)) + "\n";
+    out += formatted("%8.3g%%  ", 100 * d.share) + printable(d.what) + ": " +
+           (d.a.empty() ? "-" : printable(d.a)) + " -> " + (d.b.empty() ? "-" : printable(d.b)) +
+           "\n";
   }
   if (differences.empty()) out = "no difference\n";
   if (differences.size() > MOST_LINES)

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdarg>
-#include <cstdio>
+
+#include "base/text.h"
 
 namespace zelvo {
 
@@ -14,15 +14,6 @@ constexpr double UNCONVERGED_LIMIT = 1e-6;  // residual of a solution
 
 }  // namespace
 
-std::string text_of(const char* format, ...) {
-  char line[400];
-  va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(line, sizeof line, format, arguments);
-  va_end(arguments);
-  return line;
-}
-
 std::vector<std::string> stage_failures(const Model& model, const StageRecord& stage) {
   const StageChecks& c = stage.checks;
   std::vector<std::string> failures;
@@ -31,9 +22,9 @@ std::vector<std::string> stage_failures(const Model& model, const StageRecord& s
   };
   if (stage.results.solver_code != 0) {
     fail(
-        text_of("the structure cannot be solved (solver code %d): a single support, a "
-                "modulus of 0 or a folded section leave it free to move",
-                stage.results.solver_code));
+        formatted("the structure cannot be solved (solver code %d): a single support, a "
+                  "modulus of 0 or a folded section leave it free to move",
+                  stage.results.solver_code));
     return failures;
   }
   if (!stage.results.finite) {
@@ -41,19 +32,20 @@ std::vector<std::string> stage_failures(const Model& model, const StageRecord& s
     return failures;
   }
   if (!(c.imbalance <= LOST_LOAD))
-    fail(
-        text_of("reactions of %.6g kip do not carry the load of %.6g kip: the structure is nearly "
-                "free to move",
-                c.reactions, c.load));
+    fail(formatted(
+        "reactions of %.6g kip do not carry the load of %.6g kip: the structure is nearly "
+        "free to move",
+        c.reactions, c.load));
   if (!(c.residual <= UNCONVERGED_LIMIT))
-    fail(text_of("the solution misses its equations by %.1e: the structure is nearly free to move",
-                 c.residual));
+    fail(
+        formatted("the solution misses its equations by %.1e: the structure is nearly free to move",
+                  c.residual));
   const LargestDeflection total = largest_deflection(model, stage.total.motion.deflection);
   if (total.span > 0 && std::abs(total.value) > SPAN_SHARE * total.span)
     fail(
-        text_of("a deflection of %.4g in at %.0f in is more than a fiftieth of the span: check "
-                "units of loads, areas and moduli",
-                total.value, total.position));
+        formatted("a deflection of %.4g in at %.0f in is more than a fiftieth of the span: check "
+                  "units of loads, areas and moduli",
+                  total.value, total.position));
   return failures;
 }
 

@@ -18,7 +18,4 @@ std::vector<std::string> stage_failures(const Model& model, const StageRecord& s
 // numbers, vanished determinants. None if it can.
 std::vector<std::string> text_failures(const std::string& name, const std::string& text);
 
-// printf into a string of at most 399 characters.
-[[gnu::format(printf, 1, 2)]] std::string text_of(const char* format, ...);
-
 }  // namespace zelvo

@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "base/failures.h"
+#include "base/text.h"
 #include "construction/checks.h"
 #include "control/input_check.h"
 #include "control/input_doubts.h"
@@ -188,40 +189,37 @@ void plan_pours(const BridgeSketch& s, Plan& p) {
 
 // --- the file ---
 
-void add(std::string& out, const char* format, auto... values) {
-  char line[300];
-  std::snprintf(line, sizeof line, format, values...);
-  out += line;
-}
-
 void add_plates(const Plan& p, const char* keyword, const double thickness[2], std::string& out) {
-  add(out, "%s\n%zu\n", keyword, p.plates.size());
+  out += formatted("%s\n%zu\n", keyword, p.plates.size());
   for (const Zone& z : p.plates)
-    add(out, "%5d  %.4f   %s\n", z.end - z.begin, thickness[z.pier],
-        z.pier ? "over a support" : "span");
+    out += formatted("%5d  %.4f   %s\n", z.end - z.begin, thickness[z.pier],
+                     z.pier ? "over a support" : "span");
 }
 
 void add_frames(const char* keyword, const std::vector<int>& at, double area, std::string& out) {
   if (at.empty()) return;
-  add(out, "%s\n%zu\n", keyword, at.size());
-  for (const int position : at) add(out, "%5d 1  %.2f\n", position, area);
+  out += formatted("%s\n%zu\n", keyword, at.size());
+  for (const int position : at) out += formatted("%5d 1  %.2f\n", position, area);
 }
 
 void add_laterals(const Plan& p, std::string& out) {
-  add(out, "! single diagonals from frame to frame: direction, from, to, area\ntop_lateral\n%zu\n",
+  out += formatted(
+      "! single diagonals from frame to frame: direction, from, to, area\ntop_lateral\n%zu\n",
       p.panel.size() - 1);
   for (std::size_t i = 1; i < p.panel.size(); ++i)
-    add(out, "%d %5d %5d  8.00\n", i % 2 == 1 ? 1 : 2, p.panel[i - 1], p.panel[i]);
+    out += formatted("%d %5d %5d  8.00\n", i % 2 == 1 ? 1 : 2, p.panel[i - 1], p.panel[i]);
 }
 
 void add_supports(const Plan& p, std::string& out) {
-  add(out, "! bearing stiffeners: position, width, thickness\nweb_stiffener\n%zu\n",
-      p.supports.size());
-  for (const int at : p.supports) add(out, "%5d  8.0  1.000\n", at);
-  add(out, "! the first support is the pinned one\nsupport\n%zu\n", p.supports.size());
-  for (const int at : p.supports) add(out, "%5d\n", at);
-  add(out, "! length, spacing of the groups, studs across a flange\nstuds\n%zu\n", p.plates.size());
-  for (const Zone& z : p.plates) add(out, "%5d  %.1f 3\n", z.end - z.begin, z.pier ? 24.0 : 18.0);
+  out += formatted("! bearing stiffeners: position, width, thickness\nweb_stiffener\n%zu\n",
+                   p.supports.size());
+  for (const int at : p.supports) out += formatted("%5d  8.0  1.000\n", at);
+  out += formatted("! the first support is the pinned one\nsupport\n%zu\n", p.supports.size());
+  for (const int at : p.supports) out += formatted("%5d\n", at);
+  out += formatted("! length, spacing of the groups, studs across a flange\nstuds\n%zu\n",
+                   p.plates.size());
+  for (const Zone& z : p.plates)
+    out += formatted("%5d  %.1f 3\n", z.end - z.begin, z.pier ? 24.0 : 18.0);
 }
 
 std::string pour_name(const Pour& pour) {
@@ -240,13 +238,14 @@ void add_stages(const Plan& p, double barrier, std::string& out) {
   for (int i = 0; i < pours; ++i)
     for (const int j : p.pours[static_cast<std::size_t>(i)].segments)
       poured[static_cast<std::size_t>(j - 1)] = i + 2;
-  add(out,
+  out += formatted(
       "! stages, segments, their lengths; then for every stage and segment: modulus of the deck,\n"
       "! stiffness per stud, load in kip per foot of bridge\npour_seq\n%d\n%d\n",
       pours + 2, segments);
   for (int j = 1; j <= segments; ++j) {
     const Zone& z = p.segments[static_cast<std::size_t>(j - 1)];
-    add(out, "%5d   segment %d: %s\n", z.end - z.begin, j, z.pier ? "over a support" : "span");
+    out +=
+        formatted("%5d   segment %d: %s\n", z.end - z.begin, j, z.pier ? "over a support" : "span");
   }
   for (int k = 1; k <= pours + 2; ++k)
     for (int j = 1; j <= segments; ++j) {
@@ -257,8 +256,9 @@ void add_stages(const Plan& p, double barrier, std::string& out) {
                          : k == at        ? "poured"
                          : k > at         ? "hard"
                                           : "";
-      add(out, "%s %8.4f   stage %d, segment %d%s%s\n", k > at ? " 3600.  250. " : "1.0E-6 0.001",
-          load, k, j, *what ? ": " : "", what);
+      out +=
+          formatted("%s %8.4f   stage %d, segment %d%s%s\n",
+                    k > at ? " 3600.  250. " : "1.0E-6 0.001", load, k, j, *what ? ": " : "", what);
     }
   out += "1   with the weight of the steel plates, in stage 1\n";
 }
@@ -270,14 +270,15 @@ std::string file_text(const BridgeSketch& s, const Plan& p) {
   if (!s.title.empty()) out += "!@ title " + s.title + "\n";
   out += "!@ stage 1 steel\n";
   for (std::size_t i = 0; i < p.pours.size(); ++i)
-    add(out, "!@ stage %zu %s\n", i + 2, pour_name(p.pours[i]).c_str());
-  add(out, "!@ stage %zu barriers\n", p.pours.size() + 2);
-  add(out, "ngird\n%d\n", p.girders);
-  if (p.radius > 0) add(out, "! radius of the reference line\nrcurv\n%.12g\n", p.radius);
-  add(out, "lgbr\n%d\n", p.length);
+    out += formatted("!@ stage %zu %s\n", i + 2, pour_name(p.pours[i]).c_str());
+  out += formatted("!@ stage %zu barriers\n", p.pours.size() + 2);
+  out += formatted("ngird\n%d\n", p.girders);
+  if (p.radius > 0) out += formatted("! radius of the reference line\nrcurv\n%.12g\n", p.radius);
+  out += formatted("lgbr\n%d\n", p.length);
   if (p.girders == 2)
-    add(out, "! half the distance between the girder centrelines\noffset\n%.12g\n", p.offset);
-  add(out,
+    out +=
+        formatted("! half the distance between the girder centrelines\noffset\n%.12g\n", p.offset);
+  out += formatted(
       "! depth, bottom flange, between web tops, top flange, deck width, deck thickness\nsecdim\n"
       "%.12g %.12g %.12g %.12g %.12g %.12g\n",
       p.depth, p.bottom_width, p.top_spacing, p.flange_width, p.deck_width, p.deck_thickness);
@@ -292,7 +293,8 @@ std::string file_text(const BridgeSketch& s, const Plan& p) {
   add_supports(p, out);
   add_stages(p, s.barrier, out);
   if (p.girders == 1 || s.buckle)
-    add(out, "! %s; load pattern 1: the pour loads stand on the top flanges\nbuckle\n%s 1\n2\n",
+    out += formatted(
+        "! %s; load pattern 1: the pour loads stand on the top flanges\nbuckle\n%s 1\n2\n",
         s.buckle ? "with a buckling check" : "no buckling check", s.buckle ? "T" : "F");
   if (s.buckle) out += "! kind, tolerance\nsolver\n1 1.0E-6\n";
   return out + "end\n";

@@ -194,12 +194,12 @@ void check_hard_load(const Stages& s, int k, int j) {
 // Concrete only hardens, and what was poured first hardens first.
 void check_age(const Stages& s, int k, int j) {
   const double before = s.m.pour_e(k - 1, j), now = s.m.pour_e(k, j);
-  if (before >= HARD_MODULUS && now < HARD_MODULUS)
+  if (before >= HARD_FROM && now < HARD_FROM)
     s.say(k, j, "is soft again in ", s.name(k, j), ", having been hard in the stage before");
-  else if (before >= HARD_MODULUS && now < before && before <= HARD_CONCRETE.high)
+  else if (before >= HARD_FROM && now < before && before <= HARD_CONCRETE.high)
     s.say(k, j, "modulus falls from ", plain(before) + " to " + plain(now),
           ": concrete only hardens");
-  if (before >= HARD_MODULUS && now >= HARD_MODULUS && s.m.pour_k(k, j) < s.m.pour_k(k - 1, j))
+  if (before >= HARD_FROM && now >= HARD_FROM && s.m.pour_k(k, j) < s.m.pour_k(k - 1, j))
     s.say(k, j, "stud stiffness falls from ",
           plain(s.m.pour_k(k - 1, j)) + " to " + plain(s.m.pour_k(k, j)),
           ": concrete only hardens");

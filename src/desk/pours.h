@@ -2,14 +2,14 @@
 #pragma once
 #include <string>
 
+#include "exchange/describe.h"
 #include "model/description.h"
 
 namespace zelvo {
 
-constexpr double HARD_MODULUS = 10;        // ksi, from which on concrete counts as hard
 constexpr double CONCRETE_DENSITY = 0.15;  // kip/ft3, with the reinforcement
 
-inline bool hard(const Model& m, int k, int j) { return m.pour_e(k, j) >= HARD_MODULUS; }
+inline bool hard(const Model& m, int k, int j) { return m.pour_e(k, j) >= HARD_FROM; }
 
 // "A", ..., "Z", then "27"; of segment j.
 std::string segment_letter(int j);

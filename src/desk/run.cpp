@@ -13,6 +13,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/failures.h"
+#include "base/text.h"
 #include "construction/governing.h"
 #include "control/driver.h"
 #include "desk/judge.h"
@@ -72,15 +73,15 @@ void show_stage(const StageRecord& s, Monitor& m) {
   const int n = m.job.input.model.nanal, k = s.results.k;
   const StageChecks& c = s.checks;
   const LargestDeflection total = largest_deflection(m.job.input.model, s.total.motion.deflection);
-  std::string line = text_of(
+  std::string line = formatted(
       "stage %d/%d  %-12s %6.1f s   sum R = load %.1f %s   max defl %.2f in", k, n,
       printable(stage_name(m.job.annotations, k)).substr(0, 100).c_str(), seconds_since(m.stage),
       c.load, c.imbalance <= LOST_LOAD ? "ok" : "NOT IN BALANCE", total.value);
   if (total.span > 0 && total.value != 0)
-    line += text_of(" (span/%.0f)", total.span / std::abs(total.value));
-  line += text_of("   least R %+.0f kip", least_reaction(s));
-  if (s.history.quality.size() > 0) line += text_of("   factor %.3f", s.history.modes.eigval(1));
-  if (k < n) line += text_of("   ~%.0f s left", seconds_since(m.start) / k * (n - k));
+    line += formatted(" (span/%.0f)", total.span / std::abs(total.value));
+  line += formatted("   least R %+.0f kip", least_reaction(s));
+  if (s.history.quality.size() > 0) line += formatted("   factor %.3f", s.history.modes.eigval(1));
+  if (k < n) line += formatted("   ~%.0f s left", seconds_since(m.start) / k * (n - k));
   std::fprintf(m.out, "%s%s%s\n", m.terminal ? "\r" : "", line.c_str(), m.terminal ? "\033[K" : "");
   std::fflush(m.out);
   m.stage = std::chrono::steady_clock::now();

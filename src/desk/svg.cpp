@@ -1,8 +1,9 @@
 #include "desk/svg.h"
 
 #include <cmath>
-#include <cstdio>
 #include <numbers>
+
+#include "base/text.h"
 
 namespace zelvo {
 
@@ -23,11 +24,7 @@ constexpr const char* STYLES =
     ".odd{stroke:#999;stroke-width:.6;fill:#e4e9ee}.block{stroke:#555;stroke-width:.7;fill:#d5d9de}"
     ".support{stroke:#111;stroke-width:1.6;fill:#fff}.dim{stroke:#444;stroke-width:.6;fill:none}";
 
-std::string coordinate(double value) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%.1f", value);
-  return text;
-}
+std::string coordinate(double value) { return formatted("%.1f", value); }
 std::string xy(Point p) { return coordinate(p.x) + " " + coordinate(p.y); }
 
 std::string escaped(std::string_view text) {

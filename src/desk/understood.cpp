@@ -1,8 +1,8 @@
 #include "desk/understood.h"
 
 #include <algorithm>
-#include <cstdio>
 
+#include "base/text.h"
 #include "desk/pours.h"
 
 namespace zelvo {
@@ -16,13 +16,6 @@ constexpr double POURED = 0.3;  // of the deck's weight, on wet concrete
 // stage with its own stiffness on one core.
 constexpr double BYTES[] = {2450, 2800};
 constexpr double SECONDS[] = {6e-6, 12e-6};
-
-template <class... Values>
-std::string print(const char* format, Values... values) {
-  char text[256];
-  std::snprintf(text, sizeof text, format, values...);
-  return text;
-}
 
 std::string grouped(std::int64_t n) {
   std::string text = std::to_string(n);
@@ -86,19 +79,19 @@ std::string stages_text(const Job& job, const Understood& u) {
     letters = std::max(letters, s.soft.size());
   }
   const int w = static_cast<int>(std::min<std::size_t>(name, 40)), l = static_cast<int>(letters);
-  std::string text = print("  stage  %-*s %10s  %8s  %-*s  %s\n", w, "loaded", "kip", "kip/ft2", l,
-                           "soft", "hard");
+  std::string text = formatted("  stage  %-*s %10s  %8s  %-*s  %s\n", w, "loaded", "kip", "kip/ft2",
+                               l, "soft", "hard");
   bool compared = false;
   for (std::size_t k = 0; k < u.stages.size(); ++k) {
     const StageSummary& s = u.stages[k];
-    text += print("  %5zu  %-*.*s %10.1f  %8s  ", k + 1, w, w, s.name.c_str(), s.kips,
-                  s.per_area == 0 ? "-" : print("%.3f", s.per_area).c_str());
+    text += formatted("  %5zu  %-*.*s %10.1f  %8s  ", k + 1, w, w, s.name.c_str(), s.kips,
+                      s.per_area == 0 ? "-" : formatted("%.3f", s.per_area).c_str());
     text += or_dash(s.soft) +
             std::string(letters + 2 - std::max<std::size_t>(s.soft.size(), 1), ' ') +
             or_dash(s.hard);
     if (s.pour && !compared)
       text += "   " + plain(m.secdim.deck_thickness) + " in of deck weigh " +
-              print("%.3f", deck_weight_per_area(m));
+              formatted("%.3f", deck_weight_per_area(m));
     compared = compared || s.pour;
     text += "\n";
   }
@@ -136,7 +129,7 @@ std::string understood_text(const Job& job, const Understood& u) {
   std::string text = job.path + ":";
   if (!u.title.empty()) text += " " + u.title + ",";
   text += u.girders == 0 ? " ? girders" : u.girders == 1 ? " 1 girder" : " 2 girders";
-  text += u.radius > 0 ? ", R " + print("%.4g", u.radius / 12) + " ft" : ", straight";
+  text += u.radius > 0 ? ", R " + formatted("%.4g", u.radius / 12) + " ft" : ", straight";
   text += spans_text(u);
   if (u.length > 0 && (u.spans.empty() || u.spans.back().end - u.spans.front().begin != u.length))
     text += ", length " + rounded(u.length / 12) + " ft";
@@ -144,15 +137,16 @@ std::string understood_text(const Job& job, const Understood& u) {
     text += u.girders == 2 ? ", curves right: girder 1 is the outer one" : ", curves right";
   text += "\n";
   if (u.weighed) {
-    text += print("  steel plates %.1f kip, bracing %.1f kip", u.plates, u.bracing.total());
+    text += formatted("  steel plates %.1f kip, bracing %.1f kip", u.plates, u.bracing.total());
     text += u.bracing.total() > 0 ? " (not in the analysis: add it as a load)\n" : "\n";
   }
   return u.stages.empty() ? text : text + stages_text(job, u);
 }
 
 std::string effort_text(const Effort& e) {
-  return grouped(e.equations) + " equations, needs " + print("%.2g", std::max(e.memory_gb, 0.01)) +
-         " GB, about " + print("%.2g", std::max(e.stage_seconds, 0.1)) + " s a stage.";
+  return grouped(e.equations) + " equations, needs " +
+         formatted("%.2g", std::max(e.memory_gb, 0.01)) + " GB, about " +
+         formatted("%.2g", std::max(e.stage_seconds, 0.1)) + " s a stage.";
 }
 
 }  // namespace zelvo

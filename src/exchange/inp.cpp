@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <map>
 #include <set>
 #include <tuple>
@@ -13,6 +12,7 @@
 #include "bars/stiffeners.h"
 #include "bars/studs.h"
 #include "bars/supports.h"
+#include "base/text.h"
 #include "exchange/describe.h"
 #include "solution/loads.h"
 #include "solution/supports.h"
@@ -47,9 +47,7 @@ struct Deck {
 
 // CalculiX reads 20 columns, and some of its cards take no number without a point.
 std::string real(double value) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%.12g", value);
-  std::string number = text;
+  std::string number = formatted("%.12g", value);
   if (number.find('.') == number.npos)
     number.insert(std::min(number.find('e'), number.size()), ".");
   return number;
