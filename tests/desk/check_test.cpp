@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <fstream>
-#include <iterator>
+#include <string>
 
+#include "desk/folder.h"
 #include "desk/mistakes.h"
 
 using namespace zelvo;
@@ -14,14 +14,13 @@ using namespace zelvo;
 namespace {
 
 std::string example(const std::string& name) {
-  std::ifstream file(ZELVO_SOURCE_DIR "/examples/" + name + "/zvinp.txt");
-  return {std::istreambuf_iterator<char>(file), {}};
+  return content_of(ZELVO_SOURCE_DIR "/examples/" + name + "/zvinp.txt");
 }
 
 Job job_of(const std::string& content) {
-  const std::string path = testing::TempDir() + "check_test.txt";
-  std::ofstream(path, std::ios::binary) << content;
-  return read_job(path);
+  Folder f;  // of its own: tests run side by side
+  f.write("check.txt", content);
+  return read_job(f.path + "/check.txt");
 }
 
 std::string all_lines(const CheckResult& r) {

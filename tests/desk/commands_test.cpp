@@ -12,8 +12,8 @@ using namespace zelvo;
 
 namespace {
 
-const std::string SPAN = content_of(ZELVO_SOURCE_DIR "/examples/simple_span/zvinp.txt");
-const std::string TWIN =
+const std::string SPAN_TEXT = content_of(ZELVO_SOURCE_DIR "/examples/simple_span/zvinp.txt");
+const std::string TWIN_TEXT =
     content_of(ZELVO_SOURCE_DIR "/examples/three_span_curved_two_girders/zvinp.txt");
 
 std::string replaced(std::string text, const std::string& from, const std::string& to) {
@@ -33,11 +33,11 @@ std::string limited(const char* limits) {
 
 TEST(Commands, EndWithTheirStatus) {
   Folder f;
-  f.write("span.txt", SPAN);
+  f.write("span.txt", SPAN_TEXT);
   f.write("empty.txt", "");
-  f.write("short.txt", SPAN.substr(0, SPAN.size() / 2));
-  f.write("cut.txt", replaced(SPAN, "2\n    0\n 1920\nst", "2\n    0\n 1910\nst"));
-  f.write("faulty.txt", replaced(SPAN, "ngird\n1", "ngird\n3"));
+  f.write("short.txt", SPAN_TEXT.substr(0, SPAN_TEXT.size() / 2));
+  f.write("cut.txt", replaced(SPAN_TEXT, "2\n    0\n 1920\nst", "2\n    0\n 1910\nst"));
+  f.write("faulty.txt", replaced(SPAN_TEXT, "ngird\n1", "ngird\n3"));
   f.write("results.json", "[1, 2]");
   const struct {
     const char *arguments, *said;
@@ -70,13 +70,13 @@ TEST(Commands, EndWithTheirStatus) {
     EXPECT_EQ(f.desk(c.arguments), c.status) << c.arguments << "\n" << f.said;
     EXPECT_NE(f.said.find(c.said), std::string::npos) << c.arguments << "\n" << f.said;
   }
-  EXPECT_EQ(f.read("span.txt"), SPAN);
+  EXPECT_EQ(f.read("span.txt"), SPAN_TEXT);
   EXPECT_EQ(f.files().size(), 6u);
 }
 
 TEST(Commands, CheckSaysTheSameAsJson) {
   Folder f;
-  f.write("cut.txt", replaced(SPAN, "2\n    0\n 1920\nst", "2\n    0\n 1910\nst"));
+  f.write("cut.txt", replaced(SPAN_TEXT, "2\n    0\n 1920\nst", "2\n    0\n 1910\nst"));
   EXPECT_EQ(f.desk("check cut.txt --json"), 1);
   const Json said = Json::parse(f.said);
   EXPECT_EQ(said["warnings"], 2);  // no frame stands at the support where it is now
@@ -91,7 +91,7 @@ TEST(Commands, CheckSaysTheSameAsJson) {
 
 TEST(Commands, CheckDrawsTheBridge) {
   Folder f;
-  f.write("twin.txt", TWIN);
+  f.write("twin.txt", TWIN_TEXT);
   EXPECT_EQ(f.desk("check twin.txt --draw plan.svg"), 0) << f.said;
   const std::string svg = f.read("plan.svg");
   for (const char* part : {"<svg xmlns=\"http://www.w3.org/2000/svg\"", "210 ft", "R = 800 ft",
@@ -99,7 +99,7 @@ TEST(Commands, CheckDrawsTheBridge) {
     EXPECT_NE(svg.find(part), std::string::npos) << part;
   for (const char* bad : {"nan", "inf", "-0.0\""})
     EXPECT_EQ(svg.find(bad), std::string::npos) << bad;
-  f.write("twin.txt", replaced(TWIN, "ngird\n2", "ngird\n3"));
+  f.write("twin.txt", replaced(TWIN_TEXT, "ngird\n2", "ngird\n3"));
   std::filesystem::remove(f.path + "/plan.svg");
   EXPECT_EQ(f.desk("check twin.txt --draw plan.svg"), 2);
   EXPECT_FALSE(std::filesystem::exists(f.path + "/plan.svg"));
