@@ -27,6 +27,7 @@ zelvo_embed(THREE_JS ${ZELVO_THREE_JS})
 add_library(zelvo_desk_rooms STATIC ${desk_sources})
 target_link_libraries(zelvo_desk_rooms PUBLIC zelvo_core nlohmann_json::nlohmann_json
                                        PRIVATE zelvo_xlsxwriter)
+zelvo_rooms(zelvo_desk_rooms)
 # Text is put together here; numbers are crunched in the core. Full optimisation of the JSON and
 # command line headers takes a compiler minutes and gains nothing.
 if(NOT MSVC)

@@ -37,3 +37,15 @@ function(zelvo_vector_kernels target)
     endif()
   endforeach()
 endfunction()
+
+# Where CMAKE_UNITY_BUILD is on, each folder of src/ is compiled as one source: headers and their
+# templates, which cost the sanitizers most, are then compiled once a room.
+function(zelvo_rooms target)
+  get_target_property(sources ${target} SOURCES)
+  foreach(source IN LISTS sources)
+    get_filename_component(folder ${source} DIRECTORY)
+    get_filename_component(room ${folder} NAME)
+    set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${room})
+  endforeach()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
+endfunction()

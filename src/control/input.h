@@ -43,6 +43,11 @@ struct Input {
   InputNotes notes;               // values that do not convert, and warnings about words
 };
 
+// Line of a row of the keyword's table.
+inline int row_line(const Input& in, Keyword k, int row) {
+  return in.block[k].rows[static_cast<std::size_t>(row - 1)].line;
+}
+
 // Faults of the file as a whole have messages of their own.
 enum class ReadOutcome { COMPLETE, EMPTY, INPUT_ERROR };
 

@@ -18,9 +18,6 @@ void fault(Input& in, Keyword k, int row, int line, const std::string& what,
 bool good_row(const Input& in, Keyword k, int row) {
   return in.block[k].rows[static_cast<std::size_t>(row - 1)].good;
 }
-int row_line(const Input& in, Keyword k, int row) {
-  return in.block[k].rows[static_cast<std::size_t>(row - 1)].line;
-}
 
 // All single values of the keyword were read.
 bool good_heads(const Input& in, Keyword k) {

@@ -16,10 +16,6 @@ void doubt(Input& in, Keyword k, int row, int line, const std::string& text) {
   add_warning(in.notes, line, place(KEYWORD_NAMES[k], row) + text);
 }
 
-int row_line(const Input& in, Keyword k, int row) {
-  return in.block[k].rows[static_cast<std::size_t>(row - 1)].line;
-}
-
 // The weight of the plates is lumped row by row; half a row of the first segment is taken back at
 // its end of the girder and half a row of the last one is added at the other, whatever their length.
 void doubt_plates(Input& in, Keyword k, const PlateSegments& plates) {

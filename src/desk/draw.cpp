@@ -117,7 +117,7 @@ void draw_legend(Svg& svg, const Model& m) {
 
 // ---- the plan: positions along the reference line, distances to the right of it ----
 
-struct Plan {
+struct PlanView {
   const Model& m;
   double scale = 1, x0 = 0, y0 = 0;  // pixel per inch; place of the reference line at mid length
 
@@ -131,21 +131,22 @@ struct Plan {
   }
 };
 
-std::vector<Point> along(const Plan& p, double from, double to, double right) {
+std::vector<Point> along(const PlanView& p, double from, double to, double right) {
   std::vector<Point> points;
   const int n = p.m.curved() ? std::max(2, static_cast<int>((to - from) / 60)) : 1;
   for (int i = 0; i <= n; ++i) points.push_back(p.at(from + (to - from) * i / n, right));
   return points;
 }
 
-void draw_strip(Svg& svg, const Plan& p, const char* style, double from, double to, double half) {
+void draw_strip(Svg& svg, const PlanView& p, const char* style, double from, double to,
+                double half) {
   std::vector<Point> outline = along(p, from, to, -half);
   const std::vector<Point> back = along(p, from, to, half);
   outline.insert(outline.end(), back.rbegin(), back.rend());
   draw_path(svg, style, outline, true);
 }
 
-void draw_pours(Svg& svg, const Plan& p) {
+void draw_pours(Svg& svg, const PlanView& p) {
   double from = 0;
   const double half = p.m.secdim.deck_width / 2;
   for (int j = 1; j <= p.m.npour; ++j) {
@@ -157,7 +158,7 @@ void draw_pours(Svg& svg, const Plan& p) {
   }
 }
 
-void draw_girders(Svg& svg, const Plan& p) {
+void draw_girders(Svg& svg, const PlanView& p) {
   const Model& m = p.m;
   const double length = m.lgbr, top = m.secdim.top_spacing / 2, foot = m.secdim.bottom_width / 2;
   draw_path(svg, "axis", along(p, 0, length, 0), false);
@@ -182,7 +183,7 @@ void draw_girders(Svg& svg, const Plan& p) {
 }
 
 // Supports, and the spans along the far edge of the deck.
-void draw_plan_supports(Svg& svg, const Plan& p) {
+void draw_plan_supports(Svg& svg, const PlanView& p) {
   const Model& m = p.m;
   const double half = m.secdim.deck_width / 2, out = half + 34 / p.scale;
   for (int i = 1; i <= m.nsupp; ++i) {
@@ -208,7 +209,7 @@ void draw_plan_supports(Svg& svg, const Plan& p) {
 // Returns the height that it takes.
 double draw_plan(Svg& svg, const Model& m, double top) {
   const double half = m.secdim.deck_width / 2;
-  Plan p{m};
+  PlanView p{m};
   const double across = p.at(m.lgbr, -half).x - p.at(0, -half).x;
   p.scale = std::min(DRAWN / across, 150 / half);
   p.x0 = WIDTH / 2;

@@ -58,6 +58,11 @@ std::string slip_hint(const Usual& usual, double value);
 // Warns of a value outside its range; true if it is inside.
 bool expect(Checked& c, Keyword keyword, int row, const Usual& usual, double value);
 
+// For ranges whose miss is told in words of its own.
+inline bool inside(double value, const double (&range)[2]) {
+  return value >= range[0] && value <= range[1];
+}
+
 // True if the keywords that are given were read whole, without a fault; an absent one counts as
 // read, unless it is required.
 bool usable(const Checked& c, std::initializer_list<Keyword> keywords);

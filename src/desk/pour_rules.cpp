@@ -24,15 +24,10 @@ constexpr double LEAST_MODULUS = 1e-10;    // ksi, below it the matrix is next t
 constexpr double SOFT_STUD = 10;           // kip/in, the most in wet concrete
 constexpr double WET_LOAD[] = {0.7, 1.7};  // of the deck's weight, of all that a segment gets wet
 constexpr double HARD_LOAD[] = {0.06, 1.2};
-constexpr double POURED = 0.3;         // of the deck's weight: less is bracing and forms
 constexpr double BRACING_SHARE = 2.5;  // of the bracing's weight: with its connections
 constexpr double SAME_LOAD = 0.02;     // a load is that of the pour again
 constexpr double TRACE_LOAD = 0.01;    // kip/ft, of no load: the stiffness of a wet stud
 constexpr double LOOSE_TOLERANCE = 1e-3, LARGEST_SHIFT = 50;
-
-bool inside(double value, const double (&range)[2]) {
-  return value >= range[0] && value <= range[1];
-}
 
 // A deck segment in time: stage of the first hard concrete and of the largest load on wet concrete,
 // 0 if there is none, and the loads on wet concrete over the deck's weight.

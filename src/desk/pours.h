@@ -8,6 +8,8 @@
 namespace zelvo {
 
 constexpr double CONCRETE_DENSITY = 0.15;  // kip/ft3, with the reinforcement
+// Of the deck's weight, from which a load on wet concrete is a pour: less is bracing and forms.
+constexpr double POURED = 0.3;
 
 inline bool hard(const Model& m, int k, int j) { return m.pour_e(k, j) >= HARD_FROM; }
 

@@ -35,10 +35,6 @@ constexpr double PIER_STEP = 1.7;        // of a plate over one inner support an
 constexpr double PIER_PLATE = 0.8;       // of a plate over an inner support and amid a span
 constexpr double LEAST_BEARINGS = 12;    // inches between two bearings of a girder
 
-bool inside(double value, const double (&range)[2]) {
-  return value >= range[0] && value <= range[1];
-}
-
 double edge_distance(const Model& m, double offset) {
   return m.secdim.deck_width / 2 - offset - m.secdim.top_spacing / 2;
 }

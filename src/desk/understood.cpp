@@ -10,7 +10,6 @@ namespace zelvo {
 namespace {
 
 constexpr int FREEDOMS = 5;
-constexpr double POURED = 0.3;  // of the deck's weight, on wet concrete
 
 // Bytes and seconds for each equation, with one girder and with two: the whole process, and one
 // stage with its own stiffness on one core.

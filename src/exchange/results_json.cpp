@@ -106,20 +106,20 @@ Json member_stress_json(const Structure& structure, const Envelope& totals) {
 // --- camber ---
 
 // The lines whose camber is given: (nstn,girders) tables of the motion.
-struct Line {
+struct GirderLine {
   const char* name;
   Matrix<double> GirderMotion::*table;
 };
-constexpr Line LINES[] = {{"left web top", &GirderMotion::left_top},
-                          {"right web top", &GirderMotion::right_top},
-                          {"deflection", &GirderMotion::deflection}};
+constexpr GirderLine LINES[] = {{"left web top", &GirderMotion::left_top},
+                                {"right web top", &GirderMotion::right_top},
+                                {"deflection", &GirderMotion::deflection}};
 
 // Values at the tenth points, for each girder and line; of(table) gives the stations' values.
 template <class Of>
 Json at_points(const std::vector<TenthPoint>& points, int girders, Of of) {
   Json out = Json::array();
   for (int g = 1; g <= girders; ++g)
-    for (const Line& line : LINES) {
+    for (const GirderLine& line : LINES) {
       const Matrix<double> values = of(line.table);
       Json row = Json::array();
       for (const TenthPoint& p : points) row.push_back(at_position(values, g, p.position));
@@ -135,7 +135,7 @@ Json camber_json(const Model& model, const History& h) {
   for (const TenthPoint& p : points)
     list.push_back({{"span", p.span}, {"tenth", p.tenth}, {"position_in", p.position}});
   for (int g = 1; g <= model.ngird; ++g)
-    for (const Line& line : LINES)
+    for (const GirderLine& line : LINES)
       series.push_back("girder " + std::to_string(g) + " " + line.name);
   const GirderMotion& last = h.stage.back().total.motion;
   for (const StageRecord& s : h.stage) {

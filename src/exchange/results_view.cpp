@@ -13,9 +13,9 @@ namespace zelvo {
 
 namespace {
 
-constexpr double NONE = std::numeric_limits<double>::quiet_NaN();
+constexpr double NO_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
-double number_or_none(const Json& j) { return j.is_number() ? j.get<double>() : NONE; }
+double number_or_none(const Json& j) { return j.is_number() ? j.get<double>() : NO_NUMBER; }
 
 std::vector<double> list(const Json& j) {
   std::vector<double> values;
@@ -182,10 +182,10 @@ void add_factors(const Json& buckling, ResultsView& view) {
     }
   }
   for (std::size_t m = 1; m <= modes; ++m) {
-    t.places.push_back({0, NONE, "mode " + std::to_string(m)});
+    t.places.push_back({0, NO_NUMBER, "mode " + std::to_string(m)});
     for (Values& stage : t.total)
       for (auto& factors : stage)
-        if (factors.size() < m) factors.push_back(NONE);
+        if (factors.size() < m) factors.push_back(NO_NUMBER);
   }
   if (modes > 0) view.tables.push_back(t);
 }

@@ -13,7 +13,7 @@ namespace zelvo {
 
 namespace {
 
-constexpr double NONE = std::numeric_limits<double>::quiet_NaN();
+constexpr double NOT_THERE = std::numeric_limits<double>::quiet_NaN();
 constexpr int LINE = 3, BIQUADRATIC_QUAD = 28;  // cell types of VTK
 
 constexpr const char* PART_NAMES[] = {"deck",          "top flange",     "web",
@@ -74,7 +74,7 @@ void add_line(int a, int b, const CellPlace& place, double modulus, double area,
   c.part.push_back(place.part);
   c.girder.push_back(place.girder);
   c.member.push_back(place.member);
-  c.thickness.push_back(NONE);
+  c.thickness.push_back(NOT_THERE);
   c.modulus.push_back(modulus);
   c.area.push_back(area);
 }
@@ -93,7 +93,7 @@ void add_shells(const Structure& structure, int k, Cells& c) {
     c.member.push_back(strip);
     c.thickness.push_back(p.thickness);
     c.modulus.push_back(p.modulus);
-    c.area.push_back(NONE);
+    c.area.push_back(NOT_THERE);
   }
 }
 
@@ -172,17 +172,17 @@ void put_forces(const Structure& structure, const Quantities& q, const std::stri
   const std::vector<double> no_bars(
       static_cast<std::size_t>(4 * el.nibel + 5 * el.nebel + el.nlatel +
                                STIFFENER_SEGMENTS * el.nwsel),
-      NONE);
+      NOT_THERE);
   for (const auto& [name, table] : {std::pair("s22", &q.mid22), std::pair("s12", &q.mid12)}) {
     std::vector<double> values(table->data(), table->data() + shells);
     values.insert(values.end(), no_bars.begin(), no_bars.end());
     put_array(before + name, values, 1, out);
   }
-  std::vector<double> force(shells, NONE);
+  std::vector<double> force(shells, NOT_THERE);
   for (const Matrix<double>* table : {&q.internal, &q.external, &q.laterals})
     force.insert(force.end(), table->data(),
                  table->data() + std::int64_t{table->rows()} * table->cols());
-  force.resize(shells + no_bars.size(), NONE);
+  force.resize(shells + no_bars.size(), NOT_THERE);
   put_array(before + "axial_force", force, 1, out);
 }
 

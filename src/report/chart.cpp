@@ -12,16 +12,16 @@ namespace zelvo::report {
 namespace {
 
 // Pixels of the viewBox.
-constexpr double WIDTH = 1000, LEFT = 58, RIGHT = 14, TOP = 18, PLOT = 176;
+constexpr double TOP = 18, PLOT = 176;
 constexpr double BELOW = 30;  // supports and positions
 constexpr double STRIP = 14;
-constexpr double PLOT_RIGHT = WIDTH - RIGHT, PLOT_BOTTOM = TOP + PLOT;
+constexpr double PLOT_BOTTOM = TOP + PLOT;
 
 struct Scale {
   double length, lo, hi;
   bool downward;
   double x(double position) const {
-    return LEFT + (PLOT_RIGHT - LEFT) * (length > 0 ? position / length : 0);
+    return LEFT + (RIGHT - LEFT) * (length > 0 ? position / length : 0);
   }
   double y(double value) const {
     const double t = (value - lo) / (hi - lo);
@@ -123,9 +123,8 @@ Html value_axis(const Scale& s, const Shown& unit) {
   const Ticks t = nice_ticks(s.lo * unit.factor, s.hi * unit.factor, 5);
   for (int i = 0; i < t.count; ++i) {
     const double value = t.first + i * t.step, y = s.y(value / unit.factor);
-    put(out, "<path class=\"grid\" d=\"M", LEFT, " ", y, "H", PLOT_RIGHT, "\"/><text x=\"",
-        LEFT - 6, "\" y=\"", y + 3.5, "\" text-anchor=\"end\">", fixed(value, t.decimals),
-        "</text>");
+    put(out, "<path class=\"grid\" d=\"M", LEFT, " ", y, "H", RIGHT, "\"/><text x=\"", LEFT - 6,
+        "\" y=\"", y + 3.5, "\" text-anchor=\"end\">", fixed(value, t.decimals), "</text>");
   }
   put(out, "<text class=\"unit\" x=\"", LEFT - 6, "\" y=\"", TOP - 6, "\" text-anchor=\"end\">",
       unit.name, "</text>");
@@ -169,7 +168,7 @@ Html supports_and_pours(const Scale& s, const Bridge& bridge) {
     put(out, "<path class=\"support ", support.kind, "\" d=\"M", x, " ", PLOT_BOTTOM,
         "l5 9h-10z\"/>");
   }
-  put(out, "<path class=\"zero\" d=\"M", LEFT, " ", s.y(0), "H", PLOT_RIGHT, "\"/>");
+  put(out, "<path class=\"zero\" d=\"M", LEFT, " ", s.y(0), "H", RIGHT, "\"/>");
   return out;
 }
 
@@ -210,7 +209,7 @@ Html peak_label(const Curve& c, std::size_t i, bool highest, const Scale& s, Uni
   const double value = (*c.y)[i], y = s.y(value);
   const std::string text = fixed(value * u.us.factor, u.us.decimals);
   const double half = 3.4 * static_cast<double>(text.size()) + 2;
-  const double x = std::clamp(s.x((*c.x)[i]), LEFT + half, PLOT_RIGHT - half);
+  const double x = std::clamp(s.x((*c.x)[i]), LEFT + half, RIGHT - half);
   const double base = highest != s.downward ? y - 5 : y + 13;
   if (!free_place({x - half, base - 10, x + half, base + 2}, taken)) return {};
   return html("<circle cx=\"", s.x((*c.x)[i]), "\" cy=\"", y, "\" r=\"2.2\" fill=\"", c.color,
@@ -290,7 +289,7 @@ Html limit_lines(const Diagram& d, const Scale& s) {
   Html out;
   for (const double limit : d.limits)
     if (s.lo < limit && limit < s.hi)
-      put(out, "<path class=\"limit\" d=\"M", LEFT, " ", s.y(limit), "H", PLOT_RIGHT, "\"/>");
+      put(out, "<path class=\"limit\" d=\"M", LEFT, " ", s.y(limit), "H", RIGHT, "\"/>");
   return out;
 }
 

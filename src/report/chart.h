@@ -8,6 +8,9 @@
 
 namespace zelvo::report {
 
+// The axis along the bridge of all drawings, one below the other: pixels of the viewBox.
+constexpr double WIDTH = 1000, LEFT = 58, RIGHT = 986;
+
 // What stands under a diagram to say which way is positive.
 enum class Sign { UP, HIGHER, TWIST, SHEAR, SAGGING, TORQUE, TENSION, RIGHT_TIP };
 

@@ -10,9 +10,6 @@ namespace zelvo::report {
 
 namespace {
 
-// The axis of all drawings below one another; that of the diagrams.
-constexpr double WIDTH = 1000, LEFT = 58, RIGHT = 986;
-
 double along(double position, const Bridge& b) {
   return LEFT + (RIGHT - LEFT) * position / b.length;
 }

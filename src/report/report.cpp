@@ -13,16 +13,16 @@ namespace {
 
 // 64 hexadecimal digits in base64, as a policy names a hash.
 std::string base64_of_hex(std::string_view hex) {
-  constexpr char DIGITS[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  constexpr char BASE64[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
   std::string out;
   unsigned bits = 0;
   int held = 0;
   for (const char c : hex) {
     bits = (bits << 4) | static_cast<unsigned>(c <= '9' ? c - '0' : c - 'a' + 10);
     held += 4;
-    if (held >= 6) out += DIGITS[(bits >> (held -= 6)) & 63];
+    if (held >= 6) out += BASE64[(bits >> (held -= 6)) & 63];
   }
-  if (held > 0) out += DIGITS[(bits << (6 - held)) & 63];
+  if (held > 0) out += BASE64[(bits << (6 - held)) & 63];
   while (out.size() % 4 != 0) out += '=';
   return out;
 }

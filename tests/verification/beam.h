@@ -14,6 +14,8 @@
 
 namespace zelvo {
 
+constexpr double DECK_LOAD = 3.0 / 12;  // kip/in, of the deck on a girder
+
 enum class Webs { WHOLE, CORRECTED };
 
 struct BeamSection {

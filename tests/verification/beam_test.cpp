@@ -9,7 +9,7 @@
 
 using namespace zelvo;
 
-static constexpr double E = STEEL_E, LOAD = 3.0 / 12;  // ksi, kip/in
+static constexpr double E = STEEL_E;
 
 TEST(StraightSpan, ShearAndMomentFollowStatics) {
   constexpr int SPAN = 720;
@@ -42,14 +42,14 @@ TEST(SimpleSpan, DeflectsAsABeamOfTheCorrectedSectionOnTwoEqualReactions) {
     m.secdim = c.section;
     const Bridge b = analyse(m);
     const double d = b.deflection(1, c.span / 2);
-    EXPECT_NEAR(d / simple_span_deflection(tub_section(m), LOAD, c.span), 1, c.limit);
-    const double plain = simple_span_deflection(tub_section(m, Webs::WHOLE), LOAD, c.span);
+    EXPECT_NEAR(d / simple_span_deflection(tub_section(m), DECK_LOAD, c.span), 1, c.limit);
+    const double plain = simple_span_deflection(tub_section(m, Webs::WHOLE), DECK_LOAD, c.span);
     EXPECT_GT(d / plain, c.least);
     EXPECT_LT(d / plain, c.most);
     // The mid node of every brace is held by a tiny spring of 1e-5 kip/in, which takes its share.
     double lost = 0;
     for (int x = 120; x < c.span; x += 120) lost += 1.0e-5 * b.deflection(1, x);
-    for (const double r : b.reactions(1)) EXPECT_NEAR(r, (LOAD * c.span - lost) / 2, 1e-5);
+    for (const double r : b.reactions(1)) EXPECT_NEAR(r, (DECK_LOAD * c.span - lost) / 2, 1e-5);
   }
 }
 
@@ -60,7 +60,7 @@ TEST(StraightSpan, EndCouplesBendItPurely) {
   set_stages(m, {SPAN}, 1);
   const Bridge bridge = analyse(m);
   const BeamSection s = tub_section(m);
-  const double M = LOAD * SPAN * SPAN / 8;
+  const double M = DECK_LOAD * SPAN * SPAN / 8;
   const double deflection = bridge.deflection(1, SPAN / 2);
   EXPECT_NEAR(deflection, M * SPAN * SPAN / (8 * s.EI()), 0.0015 * deflection);
 
@@ -88,9 +88,9 @@ TEST(TwoSpans, MiddleReactionFollowsTheThreeMomentEquation) {
   const Bridge bridge = analyse(m);
   const BeamSection s = tub_section(m);
   const double R =
-      simple_span_deflection(s, LOAD, L) / (std::pow(L, 3) / (48 * s.EI()) + L / (4 * s.GA()));
+      simple_span_deflection(s, DECK_LOAD, L) / (std::pow(L, 3) / (48 * s.EI()) + L / (4 * s.GA()));
   EXPECT_NEAR(bridge.reactions(1)[1], R, 0.001 * R);
-  const double M = ((LOAD * L - R) / 2 * SPAN - LOAD * SPAN * SPAN / 2);
+  const double M = ((DECK_LOAD * L - R) / 2 * SPAN - DECK_LOAD * SPAN * SPAN / 2);
   EXPECT_NEAR(bridge.results(1).sections.moment(SPAN / 24 + 1), M, 0.0015 * std::abs(M));
 }
 
@@ -126,7 +126,7 @@ TEST(CompositeSpan, DeflectionFollowsNewmarkForAnyStudStiffness) {
   const Bridge bridge = analyse(m);
   for (int k = 1; k <= 5; ++k) {
     const double expected =
-        composite_deflection(tub_section(m), 3600, 6 * STUD[k - 1] / 12, SPAN, LOAD);
+        composite_deflection(tub_section(m), 3600, 6 * STUD[k - 1] / 12, SPAN, DECK_LOAD);
     EXPECT_NEAR(bridge.deflection(k, SPAN / 2), expected, 0.005 * expected) << STUD[k - 1];
   }
 }

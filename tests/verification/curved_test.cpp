@@ -11,17 +11,17 @@
 using namespace zelvo;
 
 static constexpr int SPAN = 1440, PANEL = 120;
-static constexpr double RADIUS = 7200, ANGLE = SPAN / RADIUS, AREA = 5, LOAD = 3;  // kip/ft
+static constexpr double RADIUS = 7200, ANGLE = SPAN / RADIUS, AREA = 5;
 static constexpr double DEPTH = 60, TOP = 84, BOTTOM = 72, FLANGE = 12;
 static constexpr double A0 = 0.5 * (TOP + BOTTOM) * DEPTH;  // within the closed section
 
 // Moment and torque in kip-ft at angle f of a curved beam whose ends cannot twist, from
 // M'' + M/R^2 = -w and T' = -M/R.
 static double beam_moment(double f) {
-  return LOAD / 12 * RADIUS * RADIUS * (std::cos(ANGLE / 2 - f) / std::cos(ANGLE / 2) - 1) / 12;
+  return DECK_LOAD * RADIUS * RADIUS * (std::cos(ANGLE / 2 - f) / std::cos(ANGLE / 2) - 1) / 12;
 }
 static double beam_torque(double f) {
-  return LOAD / 12 * RADIUS * RADIUS *
+  return DECK_LOAD * RADIUS * RADIUS *
          (std::sin(ANGLE / 2 - f) / std::cos(ANGLE / 2) - (ANGLE / 2 - f)) / 12;
 }
 
@@ -46,7 +46,7 @@ TEST(CurvedSpan, BendsTwistsAndLoadsItsBracingAsCurvedBeamsDo) {
   const double J = 4 * A0 * A0 / (TOP / t_star + BOTTOM / 1.0 + 2 * web / 0.5);
   const double D = (ANGLE / 4 * std::tan(ANGLE / 2) - 1) / std::cos(ANGLE / 2);
   const double twist =
-      LOAD / 12 * std::pow(RADIUS, 3) * (1 / (G * J) + 1 / tub_section(m).EI()) * (1 + D);
+      DECK_LOAD * std::pow(RADIUS, 3) * (1 / (G * J) + 1 / tub_section(m).EI()) * (1 + D);
   EXPECT_NEAR(std::abs(bridge.rotation(1, SPAN / 2)), twist, 0.03 * twist);
 
   // Bredt's flow q = T / 2 A0 in the plane of the laterals: q d / 2 in either diagonal, of opposite

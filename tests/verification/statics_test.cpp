@@ -5,18 +5,17 @@
 
 #include "support/models.h"
 #include "support/run.h"
+#include "verification/beam.h"
 
 using namespace zelvo;
-
-static constexpr double LOAD = 3.0 / 12;  // kip/in
 
 TEST(Statics, ReactionsOfAPartLoadFollowTheLever) {
   Model m = braced_span(720);
   set_stages(m, {240, 480}, 1);
   m.pour_load(1, 2) = 0;
   const std::vector<double> r = analyse(m).reactions(1);
-  EXPECT_NEAR(r[0], LOAD * 240 * (720 - 120) / 720, 1e-3);
-  EXPECT_NEAR(r[1], LOAD * 240 * 120 / 720, 1e-3);
+  EXPECT_NEAR(r[0], DECK_LOAD * 240 * (720 - 120) / 720, 1e-3);
+  EXPECT_NEAR(r[1], DECK_LOAD * 240 * 120 / 720, 1e-3);
 }
 
 TEST(CurvedBridge, AnswersTheSumOfTwoLoadsWithTheSumOfTheirDisplacements) {
@@ -72,5 +71,5 @@ TEST(TwoGirders, EquallyLoadedAnswerAsOneWithHalfTheLoad) {
   EXPECT_NEAR(b.deflection(1, 240, 0), d, 3e-4 * d);
   EXPECT_NEAR(b.deflection(1, 240, 1), d, 3e-4 * d);
   EXPECT_NEAR(b.deflection(1, 240, 0), b.deflection(1, 240, 1), 1e-9 * d);
-  for (const double r : b.reactions(1)) EXPECT_NEAR(r, LOAD * 480 / 4, 1e-5);
+  for (const double r : b.reactions(1)) EXPECT_NEAR(r, DECK_LOAD * 480 / 4, 1e-5);
 }
