@@ -188,6 +188,16 @@ ReadStatus read_record(RecordReader& reader, std::initializer_list<Target> targe
   return status;
 }
 
+std::string_view decimal_comma(const RecordReader& reader) {
+  const std::string_view text = reader.text;
+  std::size_t begin = reader.rest, end = reader.rest + 1;
+  if (end >= text.size() || text[end - 1] != ',' || !is_digit(text[end])) return {};
+  while (begin > 0 && !is_separator(text[begin - 1])) --begin;
+  if (begin == reader.rest) return {};
+  while (end < text.size() && is_digit(text[end])) ++end;
+  return text.substr(begin, end - begin);
+}
+
 std::string_view thrown_away_word(const RecordReader& reader) {
   std::string_view rest = std::string_view(reader.text).substr(reader.rest);
   rest = rest.substr(0, reader.next - reader.rest);

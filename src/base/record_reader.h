@@ -53,6 +53,10 @@ enum class ReadStatus { DONE, FAULT, END_OF_FILE };
 ReadStatus read_record(RecordReader& reader, std::initializer_list<Target> targets,
                        std::vector<ValueFault>& faults);
 
+// A last value of the last read that a comma and a digit directly follow, with all of these digits
+// ("1,5"); empty if there is none.
+std::string_view decimal_comma(const RecordReader& reader);
+
 // The next word of what the last read threw away, up to a separator; empty if there is none.
 std::string_view thrown_away_word(const RecordReader& reader);
 

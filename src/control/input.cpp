@@ -72,6 +72,11 @@ Flow take(BlockReader& b, Names names, std::initializer_list<Target> targets) {
               where + "the file ends in the place of the " + std::string(*names.begin()));
     return Flow::END_OF_FILE;
   }
+  if (const std::string_view comma = decimal_comma(b.records);
+      status == ReadStatus::DONE && !comma.empty())
+    add_warning(b.in.notes, b.records.record_line,
+                where + *(names.end() - 1) + " stops at a comma (" + printable(comma) +
+                    "), the digits behind it are not read: a decimal sign is a point");
   BlockPlace& block = b.in.block[b.keyword];
   (b.row > 0 ? block.rows : block.heads)
       .push_back({b.records.record_line, status == ReadStatus::DONE});

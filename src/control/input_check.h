@@ -5,9 +5,9 @@
 namespace zelvo {
 
 // Adds a fault for everything that leaves the generation of the model without a sound meaning:
-// keywords missing, counts, segment lists that do not cover the girder, positions outside it,
-// dimensions that are no physical quantity. Rows with values that did not convert are not judged
-// again, and values that nothing uses are not judged.
+// keywords missing, counts, segment lists that do not cover the girder, positions outside it, sizes
+// that are no physical quantity or beyond any bridge by many orders of magnitude. Rows with values
+// that did not convert are not judged again, and values that nothing uses are not judged.
 void check_input(Input& in);
 
 }  // namespace zelvo

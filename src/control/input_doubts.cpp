@@ -12,6 +12,8 @@ namespace zelvo {
 
 namespace {
 
+constexpr int MOST_NUMBERED = 99;  // analyses that the fields of the result files can tell apart
+
 void doubt(Input& in, Keyword k, int row, int line, const std::string& text) {
   add_warning(in.notes, line, place(KEYWORD_NAMES[k], row) + text);
 }
@@ -163,6 +165,10 @@ void doubt_stages(Input& in) {
   const Model& m = in.model;
   if (m.nanal == 0)
     doubt(in, POUR_SEQ, 0, in.block[POUR_SEQ].line, "no analyses: the run ends with the model");
+  if (m.nanal > MOST_NUMBERED)
+    doubt(in, POUR_SEQ, 0, in.block[POUR_SEQ].line,
+          "analyses beyond " + std::to_string(MOST_NUMBERED) + " have no number in some files (" +
+              std::to_string(m.nanal) + "): asterisks stand in its place");
   int no_modulus = 0, loaded = 0;  // first row of each
   for (int k = 1; k <= m.nanal; ++k) {
     for (int j = 1; j <= m.npour; ++j) {

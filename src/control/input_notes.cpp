@@ -14,7 +14,11 @@ void add_fault(InputNotes& notes, int line, std::string text) {
 }
 
 void add_warning(InputNotes& notes, int line, std::string text) {
-  if (notes.warnings.size() < MAX_NOTES) notes.warnings.push_back({line, std::move(text)});
+  if (notes.warnings.size() == MAX_NOTES) {
+    ++notes.warnings_left_out;
+    return;
+  }
+  notes.warnings.push_back({line, std::move(text)});
 }
 
 std::string place(std::string_view keyword, int row) {
@@ -42,6 +46,16 @@ std::string printable(std::string_view text) {
   return out;
 }
 
+std::vector<std::string> left_out(const InputNotes& notes) {
+  std::vector<std::string> lines;
+  const auto add = [&](std::int64_t n, const char* kind) {
+    if (n > 0) lines.push_back("and " + std::to_string(n) + " more " + kind);
+  };
+  add(notes.faults_left_out, "faults");
+  add(notes.warnings_left_out, "warnings");
+  return lines;
+}
+
 std::string note_lines(const InputNotes& notes) {
   std::vector<Note> all = notes.faults;
   for (const Note& w : notes.warnings) all.push_back({w.line, "warning: " + w.text});
@@ -53,11 +67,8 @@ std::string note_lines(const InputNotes& notes) {
     if (n.line > 0) out.append(std::to_string(n.line)).append(":");
     out.append(" ").append(n.text).append("\n");
   }
-  if (notes.faults_left_out > 0)
-    out.append(INPUT_FILE)
-        .append(": and ")
-        .append(std::to_string(notes.faults_left_out))
-        .append(" more faults\n");
+  for (const std::string& text : left_out(notes))
+    out.append(INPUT_FILE).append(": ").append(text).append("\n");
   return out;
 }
 

@@ -17,7 +17,7 @@ struct Note {
 
 struct InputNotes {
   std::vector<Note> faults, warnings;
-  std::int64_t faults_left_out = 0;  // beyond MAX_NOTES
+  std::int64_t faults_left_out = 0, warnings_left_out = 0;  // beyond MAX_NOTES
 };
 constexpr std::size_t MAX_NOTES = 1000;
 
@@ -31,8 +31,11 @@ std::string number(double value);
 // text with everything but printable characters written as \xNN.
 std::string printable(std::string_view text);
 
+// "and 7 more faults", "and 3 more warnings": a line for each kind of which some are left out.
+std::vector<std::string> left_out(const InputNotes& notes);
+
 // All notes by line number, "zvinp.txt:LINE: text" for faults, "zvinp.txt:LINE: warning: text" for
-// warnings.
+// warnings, and what is left out.
 std::string note_lines(const InputNotes& notes);
 
 }  // namespace zelvo

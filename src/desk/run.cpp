@@ -248,9 +248,8 @@ void print_notes(const Job& job) {
     std::fprintf(stderr, "%s:%d: error: %s\n", job.path.c_str(), f.line, f.text.c_str());
   for (const Note& w : n.warnings)
     std::fprintf(stderr, "%s:%d: warning: %s\n", job.path.c_str(), w.line, w.text.c_str());
-  if (n.faults_left_out > 0)
-    std::fprintf(stderr, "%s: and %lld more\n", job.path.c_str(),
-                 static_cast<long long>(n.faults_left_out));
+  for (const std::string& text : left_out(n))
+    std::fprintf(stderr, "%s: %s\n", job.path.c_str(), text.c_str());
 }
 
 int status_of(const Job& job) {

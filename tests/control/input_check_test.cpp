@@ -78,6 +78,7 @@ TEST(InputCheck, DoubtsWhatIsLegalButHardlyMeant) {
       {1, "studs", "2\n0 -1 3\n240 12 -1", "row 1: shorter than 24 inches: the segment only hands"},
       {1, "studs", "2\n120 12 3\n120 6 -1", "studs row 2: negative number of studs (-1)"},
       {1, "studs", "3\n0 9 3\n120 0 3\n120 6 0", "studs: no studs anywhere"},
+      {1, "webthick", "1\n240 1,5", "webthick row 1: thickness stops at a comma (1,5), the digits"},
       {1, "pour_seq", "0\n1\n240\n1", "pour_seq: no analyses: the run ends with the model"},
       {1, "pour_seq", "1\n1\n240\n0 1 1\n1", "pour_seq row 2: deck modulus is 0"},
       {1, "pour_seq", "1\n2\n0\n240\n-1 1 1\n1 1 1\n1", "modulus, half a foot of its load stands"},
@@ -97,6 +98,19 @@ TEST(InputCheck, DoubtsWhatIsLegalButHardlyMeant) {
     doubt_input(in);
     EXPECT_NE(note_lines(in.notes).find(c.note), std::string::npos) << c.note;
   }
+}
+
+TEST(InputCheck, SaysHowManyNotesItLeavesOutAndWhichStagesHaveNoNumber) {
+  std::string rows, stages;
+  for (int i = 0; i < 1010; ++i) rows += "\n72 1 0";
+  for (int k = 0; k < 100; ++k) stages += "\n1 1 1";
+  const std::string notes = notes_on(one_girder_input()
+                                         .set("internal_brace", "1010" + rows)
+                                         .set("pour_seq", "100\n1\n240" + stages + "\n0"));
+  EXPECT_NE(notes.find("\nzvinp.txt: and 11 more warnings\n"), std::string::npos);
+  EXPECT_NE(notes_on(one_girder_input().set("pour_seq", "100\n1\n240" + stages + "\n0"))
+                .find("analyses beyond 99 have no number in some files (100)"),
+            std::string::npos);
 }
 
 // Damaged copies of a sound file: characters changed, pieces lost or repeated.

@@ -31,6 +31,8 @@ inline const FaultyInput FAULTY_INPUTS[] = {
     {1, "secdim", "60 72 84 12 144", "7: secdim: a keyword stands in the place of the deck thick"},
     {1, "rcurv", "-9600", "rcurv: radius is negative (-9600), must be 0 for a straight girder"},
     {1, "rcurv", "72", "rcurv: radius is too small (72), must be more than the half width"},
+    {1, "secdim", "60 200 84 12 144 8\nrcurv\n99",
+     "more than the half width of the structure, 100"},
     {1, "rcurv", "1e999", "rcurv: radius is out of range (1e999), must be a real of at most"},
     {2, "rcurv", "162", "rcurv: radius is too small (162)"},
     {1, "webthick", "2\n96 0,5\n144 .5", "9: webthick row 1: thickness is not positive (0)"},
@@ -67,6 +69,21 @@ inline const FaultyInput FAULTY_INPUTS[] = {
     {2, "offset", "42", "offset: web tops of the two girders coincide (42)"},
     {2, "offset", "36", "offset: bottom flange corners of the two girders coincide (36)"},
     {2, "offset", "-90", "offset: offset is negative (-90), must be 0 or more"},
+    // Negative, though the cut to the grid makes 0 of it.
+    {1, "lgbr", "-5", "4: lgbr: length is negative (-5, cut to 0), must be 0 or more"},
+    {1, "support", "2\n-23\n240", "row 1: position is outside the girder (-23, cut to 0), must be"},
+    {1, "tfthick", "2\n240 1\n-23 1", "row 2: length is negative (-23, cut to 0), must be 0 or"},
+    // Sizes that leave no numbers behind.
+    {1, "secdim", "60 72 84 12 144 1e100", "deck thickness is beyond any bridge (1e+100), must be"},
+    {1, "webthick", "1\n240 1e-100", "(1e-100), must be 1e-06 to 1e+06 in"},
+    {1, "internal_brace", "1\n72 1 1e-100", "area is beyond any bridge (1e-100), must be"},
+    {1, "rcurv", "1e16", "radius is beyond any bridge (1e+16), must be at most 1e+09 in, or 0"},
+    {1, "studs", "1\n240 1e9 3", "spacing is beyond any bridge (1e+09), must be"},
+    {1, "studs", "1\n240 12 2000000", "number of studs across is beyond any bridge (2e+06)"},
+    {1, "pour_seq", "1\n1\n240\n1e99 1 1\n0", "segment 1 is beyond any bridge (1e+99), must be"},
+    {1, "pour_seq", "1\n1\n240\n1 1e99 1\n0", "must be 1e-20 to 1e+12 kip/in, or 0"},
+    {2, "offset", "1e99", "offset is beyond any bridge (1e+99), must be 1e-06 to 1e+06 in, or 0"},
+    {1, "buckle", "T 1\n2\nsolver\n2 .1\n1e30", "solver: shift is beyond any load factor (1e+30)"},
 };
 
 }  // namespace zelvo
