@@ -34,8 +34,10 @@ Scratch::Scratch(const std::filesystem::path& inside) {
 }
 
 Scratch::~Scratch() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path, ignored);
+  // A second signal may interrupt a call that removes.
+  std::error_code error;
+  for (int tries = 0; tries < 3 && std::filesystem::exists(path, error); ++tries)
+    std::filesystem::remove_all(path, error);
 }
 
 void write_file(const std::filesystem::path& path, const std::string& content) {
