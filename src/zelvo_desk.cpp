@@ -158,14 +158,14 @@ int main(int argc, char** argv) {
   using namespace zelvo;
   keep_freed_memory();
   keep_standard_streams();
+  take_file_limit_as_error();
   try {
     return run_desk(argc, argv);
   } catch (const FileFailure& f) {
     std::fprintf(stderr, "zelvo-desk: %s: %s\n", f.name.c_str(), f.reason.c_str());
     return EXIT_FILE;
   } catch (const MemoryFailure& f) {
-    std::fprintf(stderr, "zelvo-desk: no memory for %s: %.3g MB asked for\n", f.what,
-                 f.bytes * 1.0e-6);
+    std::fprintf(stderr, "zelvo-desk: %s\n", shortage_text(f).c_str());
     return EXIT_NO_MEMORY;
   } catch (const std::bad_alloc&) {
     std::fputs("zelvo-desk: no memory for a work list\n", stderr);

@@ -16,6 +16,9 @@ struct MemoryFailure {
   const char* what;
 };
 
+// "no memory for the factor: 134 MB asked for"
+std::string shortage_text(const MemoryFailure& f);
+
 // A file could not be opened or written.
 struct FileFailure {
   std::string name;

@@ -24,7 +24,21 @@ void wait_for_key() {
 
 void keep_standard_streams() {}
 
+void take_file_limit_as_error() {}
+
 void keep_freed_memory() {}
+
+bool address_space_left(std::size_t bytes) {
+  void* const block = VirtualAlloc(nullptr, bytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+  if (block != nullptr) VirtualFree(block, 0, MEM_RELEASE);
+  return block != nullptr;
+}
+
+double memory_limit() {
+  MEMORYSTATUSEX memory{};
+  memory.dwLength = sizeof memory;
+  return GlobalMemoryStatusEx(&memory) ? static_cast<double>(memory.ullTotalPageFile) : 1.0e300;
+}
 
 HeldTermination::HeldTermination() = default;
 HeldTermination::~HeldTermination() = default;
@@ -35,9 +49,13 @@ HeldTermination::~HeldTermination() = default;
 
 #include <fcntl.h>
 #include <malloc.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
+#include <sys/sysinfo.h>
 #include <termios.h>
 #include <unistd.h>
+
+#include <algorithm>
 
 namespace zelvo {
 
@@ -71,11 +89,31 @@ void keep_standard_streams() {
     if (fcntl(stream, F_GETFD) == -1) (void)open("/dev/null", O_RDWR);  // takes the lowest free one
 }
 
+void take_file_limit_as_error() { signal(SIGXFSZ, SIG_IGN); }
+
 void keep_freed_memory() {
 #ifdef __GLIBC__
   mallopt(M_MMAP_MAX, 0);         // large blocks too come from the heap,
   mallopt(M_TRIM_THRESHOLD, -1);  // and its free end is never given back
 #endif
+}
+
+bool address_space_left(std::size_t bytes) {
+  void* const block =
+      mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  return block != MAP_FAILED && munmap(block, bytes) == 0;
+}
+
+double memory_limit() {
+  struct sysinfo machine {};
+  rlimit space{};
+  double limit = 1.0e300;
+  if (sysinfo(&machine) == 0)
+    limit = (static_cast<double>(machine.totalram) + static_cast<double>(machine.totalswap)) *
+            machine.mem_unit;
+  if (getrlimit(RLIMIT_AS, &space) == 0 && space.rlim_cur != RLIM_INFINITY)
+    limit = std::min(limit, static_cast<double>(space.rlim_cur));
+  return limit;
 }
 
 HeldTermination::HeldTermination() {

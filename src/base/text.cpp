@@ -37,6 +37,10 @@ std::string_view word_of(double value, int width) {
 
 }  // namespace
 
+bool has_no_number(std::string_view text) {
+  return text.find("NaN") != text.npos || text.find("Inf") != text.npos;
+}
+
 void put_blanks(std::string& out, int n) { out.append(static_cast<std::size_t>(n), ' '); }
 
 void put_int(std::string& out, std::int64_t value, int width) {

@@ -15,6 +15,9 @@ void put_int(std::string& out, std::int64_t value, int width);
 void put_real(std::string& out, double value, int width, int decimals);
 void put_blanks(std::string& out, int n);
 
+// Whether a text of fixed fields holds the word of a value that is no finite number.
+bool has_no_number(std::string_view text);
+
 // What printf would print.
 [[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...);
 

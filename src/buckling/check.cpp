@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "base/platform.h"
 #include "buckling/arpack.h"
 #include "matrix/product.h"
 #include "sparse/solver.h"
@@ -88,12 +89,25 @@ int factor(const SymmetricMatrix& C, OwnedSolver& solver) {
   return factor_as(SOLVER_INDEFINITE, C, solver);
 }
 
+// OpenBLAS, which ARPACK works with, takes one work buffer of this size at the first call that wants
+// it, keeps it, and asks for ever where it cannot be had.
+constexpr std::size_t BLAS_BUFFER = (std::size_t{32} << 22) + (std::size_t{1} << 16);
+
+// Throws MemoryFailure where the buffer cannot be had. Nothing is allocated between this and the use.
+void require_blas_buffer() {
+  static bool taken = false;
+  if (!taken && !address_space_left(BLAS_BUFFER))
+    throw MemoryFailure{static_cast<double>(BLAS_BUFFER), "the work buffer of the BLAS library"};
+  taken = true;
+}
+
 // The reverse communication: multiplies and solves until the iteration has ended (L.info says
 // how). Returns the code of a solve that failed, else 0.
 int iterate(const SymmetricMatrix& K, const SymmetricMatrix& B, SolverHandle* handle,
             const Progress& done, Lanczos& L) {
   const RowBundles rows = find_bundles(K.pattern);
   Vector<double> work(L.n, "a Lanczos product", UNINITIALIZED);
+  require_blas_buffer();
   for (int ido = 0;;) {
     dsaupd_(&ido, "G", &L.n, L.which, &L.nev, &L.tol, L.resid.data(), &L.ncv, L.v.data(), &L.n,
             L.iparam, L.ipntr, L.workd.data(), L.workl.data(), &L.lworkl, &L.info, 1, 2);
@@ -215,6 +229,7 @@ EigenOutcome buckling_solve(const SymmetricMatrix& K, SymmetricMatrix& KG,
   outcome.solver_code = factor(L.mode == BUCKLING_MODE ? shifted : K, solver);
   if (outcome.solver_code != 0) return outcome;
   done(Step::EIGEN_FACTORIZATION);
+  if (L.mode == BUCKLING_MODE) outcome.below_shift = solver_negative_pivots(solver.handle);
   outcome.solver_code = iterate(K, B, solver.handle, done, L);
   if (outcome.solver_code == 0) outcome.solver_code = solver_delete(solver.handle, 0);
   if (outcome.solver_code == 0) finish(L, options.sigma, outcome, modes);

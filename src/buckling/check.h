@@ -32,6 +32,8 @@ struct EigenOutcome {
   bool iterated = false;   // the iteration ran to its end
   bool found = false;
   int nconv = 0;  // pairs that have converged
+  // Kind 2: factors between 0 and the shift, which are the negative eigenvalues of K - sigma B.
+  int below_shift = 0;
 };
 constexpr int ITERATION_LIMIT_REACHED = 1;  // dsaupd_info
 

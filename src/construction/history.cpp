@@ -213,6 +213,7 @@ StageRecord construct_stage(const Structure& structure, int k, const StageRecord
 
 History construct(const Model& model, const HistoryOptions& options, const Progress& done) {
   assert(options.eigen.solver_type == 1);
+  require_memory(model);
   History h;
   h.structure = generate_structure(model);
   Pass p{model, options, done, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}};

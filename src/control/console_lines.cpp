@@ -117,14 +117,38 @@ void print_arpack_error(const char* routine, int info, const char* end) {
 // Tolerance that makes factors good to some 1e-7 and shapes to 1e-4.
 constexpr double SHARP_TOL = 1.0e-6;
 
-// The record that would sharpen the factors: the same kind with a sharp tolerance, for kind 2 with
-// the shift at half the first factor. None where that factor is no load factor, or where the input
+// The record of kind 1 that finds the lowest factors whatever they are.
+std::string sure_record() { return formatted("solver \"1 %.1E\"", SHARP_TOL); }
+
+// The record that would sharpen the factors: a sharp tolerance, with kind 2 about half the first
+// factor where the input has chosen that kind and the factor is a load factor. None where the input
 // is as sharp already.
 std::string sharper_record(const EigenOptions& options, double first) {
-  if (!std::isfinite(first) || first <= 0 || options.tol <= SHARP_TOL) return {};
+  const bool load_factor = std::isfinite(first) && first > 0;
+  if (options.solver_type == 2 && !load_factor) return ", sharper with " + sure_record();
+  if (options.tol <= SHARP_TOL) return {};
   return options.solver_type == 2
              ? formatted(", sharper with solver \"2 %.1E\" and \"%.3g\"", SHARP_TOL, 0.5 * first)
-             : formatted(", sharper with solver \"1 %.1E\"", SHARP_TOL);
+             : ", sharper with " + sure_record();
+}
+
+void warn(int k, const std::string& text) {
+  std::fprintf(stderr, "zelvo: analysis %d: %s\n", k, text.c_str());
+}
+
+// Why a check has ended without factors.
+std::string failed_check(const EigenOptions& options, const EigenOutcome& o) {
+  if (o.negative_terms > 0)
+    return formatted(
+               "the shift of %.6g makes %d diagonals of the matrix negative: give a lower one, "
+               "or ",
+               options.sigma, o.negative_terms) +
+           sure_record();
+  if (!o.iterated) return "the matrix has no factors: look for a mechanism";
+  return formatted(
+      "the iteration has failed (dsaupd %d): more modes than it has room for, or no "
+      "stresses in the steel",
+      o.dsaupd_info);
 }
 
 }  // namespace
@@ -162,22 +186,62 @@ void print_outcome(const EigenOutcome& o) {
 
 void warn_of_solution(int k, const StageResults& results) {
   if (results.solver_code != 0)
-    std::fprintf(stderr,
-                 "zelvo: analysis %d: the structure cannot be solved and all its results are zero: "
-                 "a single support, a modulus of 0 or a folded section leave it free to move\n",
-                 k);
+    warn(k,
+         "the structure cannot be solved and all its results are zero: a single support, a modulus "
+         "of 0 or a folded section leave it free to move");
   if (!results.finite) warn_not_finite(k, "after the solution");
 }
 
 void warn_not_finite(int k, const char* when) {
-  std::fprintf(stderr, "zelvo: analysis %d: the displacements are not finite %s\n", k, when);
+  warn(k, std::string("the displacements are not finite ") + when);
+}
+
+void warn_of_files(int k, const std::string& files) {
+  if (!files.empty()) warn(k, "values that are no numbers stand in " + files);
+}
+
+void warn_of_folded(int k, int points) {
+  if (points > 0)
+    warn(k, formatted("elements are folded over (determinant error at %d points) and the results "
+                      "mean nothing: look at secdim and the thicknesses",
+                      points));
+}
+
+void warn_of_check(int k, const EigenOptions& options, const EigenOutcome& o,
+                   const Vector<double>& factors) {
+  const double first = factors(1);
+  if (!o.found)
+    return warn(k, "no buckling factors, the results stand at " + formatted("%.6g", first) +
+                       " times the load: " + failed_check(options, o));
+  if (o.dseupd_info != 0)
+    warn(k, formatted("the buckling factors could not be taken from the iteration (dseupd %d)",
+                      o.dseupd_info));
+  const auto between = [&](double f) { return f / options.sigma > 0 && f / options.sigma < 1; };
+  const auto got = std::count_if(factors.begin(), factors.end(), between);
+  if (got < o.below_shift)
+    warn(k,
+         formatted("%d buckling factors lie between 0 and the shift of %.6g, and %d of them were "
+                   "found: the lowest with ",
+                   o.below_shift, options.sigma, static_cast<int>(got)) +
+             sure_record());
+  if (first > 0) return;
+  const bool any = std::any_of(factors.begin(), factors.end(), [](double f) { return f > 0; });
+  if (options.solver_type == 2 || any)
+    warn(k, formatted("the first buckling factor %.6g is none of these loads but of their reverse: "
+                      "the lowest positive one with ",
+                      first) +
+                sure_record());
+  else
+    warn(k,
+         formatted("the first buckling factor %.6g is negative: these loads buckle nothing, their "
+                   "reverse does",
+                   first));
 }
 
 void warn_of_loose_pairs(int k, const EigenOptions& options, const BucklingResults& results) {
   const EigenOutcome& o = results.outcome;
   if (o.found && o.nconv < options.nev)
-    std::fprintf(stderr, "zelvo: analysis %d: only %d of %d buckling modes have converged\n", k,
-                 o.nconv, options.nev);
+    warn(k, formatted("only %d of %d buckling modes have converged", o.nconv, options.nev));
   const Vector<double>& factor = results.modes.eigval;
   const int measured = std::min<int>(o.nconv, static_cast<int>(results.quality.size()));
   for (int m = 1; m <= measured; ++m) {

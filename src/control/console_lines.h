@@ -46,6 +46,13 @@ void print_outcome(const EigenOutcome& outcome);
 // Warnings of analysis k, each one line.
 void warn_of_solution(int k, const StageResults& results);
 void warn_not_finite(int k, const char* when);
+// files: names of those that hold values which are no numbers, if any do
+void warn_of_files(int k, const std::string& files);
+// points of elements whose mapping could not be inverted, if there are any
+void warn_of_folded(int k, int points);
+// A check without factors, and factors that may not be the lowest.
+void warn_of_check(int k, const EigenOptions& options, const EigenOutcome& outcome,
+                   const Vector<double>& factors);
 void warn_of_loose_pairs(int k, const EigenOptions& options, const BucklingResults& results);
 
 }  // namespace zelvo

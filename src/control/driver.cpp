@@ -59,12 +59,29 @@ bool take_input(std::string content, Model& model, int& status) {
   return status == 0;
 }
 
-int run_in_working_directory() {
+// Whether there is an input. Throws FileFailure for what is none, and would be waited for.
+bool input_exists() {
   std::error_code unknown;
-  if (!std::filesystem::exists(INPUT_FILE, unknown)) {
+  const std::filesystem::file_status input = std::filesystem::status(INPUT_FILE, unknown);
+  switch (input.type()) {
+    case std::filesystem::file_type::not_found:
+      return false;
+    case std::filesystem::file_type::none:
+      throw FileFailure{INPUT_FILE, unknown.message()};
+    case std::filesystem::file_type::regular:
+    case std::filesystem::file_type::directory:  // opening it tells
+      return true;
+    default:
+      throw FileFailure{INPUT_FILE, "is no regular file"};
+  }
+}
+
+int run_in_working_directory() {
+  if (!input_exists()) {
     input_failure("Input file not found. Press any key to exit.");
     return 0;
   }
+  require_distinct_files(INPUT_FILE);
   std::FILE* input = std::fopen(INPUT_FILE, "rb");
   if (input == nullptr) throw FileFailure{INPUT_FILE, std::strerror(errno)};
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> closes_input(input, std::fclose);
@@ -75,7 +92,7 @@ int run_in_working_directory() {
   const Model model = std::move(input_model);
   Run run = generate_model(model);
   for (int k = 1; k <= model.nanal; ++k)
-    write_stage(run.structure, run_analysis(model, k, run), files);
+    warn_of_files(k, write_stage(run.structure, run_analysis(model, k, run), files));
   close_result_files(files);
   return 0;
 }
@@ -83,6 +100,7 @@ int run_in_working_directory() {
 }  // namespace
 
 Run generate_model(const Model& model) {
+  require_memory(model);
   Run run;
   run.structure = generate_structure(model);
   print_summary(model, run.structure.nodes.nnode, run.structure.elements);
@@ -96,13 +114,14 @@ Run generate_model(const Model& model) {
 int run_program() {
   keep_freed_memory();
   keep_standard_streams();
+  take_file_limit_as_error();
   try {
     return run_in_working_directory();
   } catch (const FileFailure& f) {
     std::fprintf(stderr, "zelvo: %s: %s\n", f.name.c_str(), f.reason.c_str());
     return EXIT_FILE;
   } catch (const MemoryFailure& f) {
-    std::fprintf(stderr, "zelvo: no memory for %s: %.3g MB asked for\n", f.what, f.bytes * 1.0e-6);
+    std::fprintf(stderr, "zelvo: %s\n", shortage_text(f).c_str());
     return EXIT_NO_MEMORY;
   } catch (const std::bad_alloc&) {
     std::fputs("zelvo: no memory for reading the input or for a work list\n", stderr);

@@ -6,7 +6,7 @@
 namespace zelvo {
 
 // Structure, matrix pattern and arrays of a model, which has to be sound (control/input_check.h).
-// Prints the model summary.
+// Prints the model summary. Throws MemoryFailure for a model beyond this machine.
 Run generate_model(const Model& model);
 
 // The whole program, in the working directory. Returns the exit status.

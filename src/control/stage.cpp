@@ -74,6 +74,7 @@ BucklingResults check_buckling(const Model& model, int k, StepClock& clock, Run&
   print_outcome(r.outcome);
   r.modes = run.modes;
   if (r.outcome.found) r.quality = measure_pairs(run.K, run.KG, r.modes);
+  warn_of_check(k, options, r.outcome, r.modes.eigval);
   warn_of_loose_pairs(k, options, r);
   timed_line("Eigenproblem Solution Completed", clock, TimeScale::SOLUTION);
   blank_line();
@@ -127,6 +128,7 @@ void allocate_arrays(const Model& model, MatrixPattern pattern, Run& run) {
 
 StageResults run_analysis(const Model& model, int k, Run& run) {
   assert(1 <= k && k <= model.nanal);
+  const int folded = run.inverses.failures;
   StepClock clock;
   StageResults r;
   r.k = k;
@@ -150,6 +152,7 @@ StageResults run_analysis(const Model& model, int k, Run& run) {
     recover_sections(model, clock, run, r);
     recover_forces(run, r);
   }
+  warn_of_folded(k, run.inverses.failures - folded);
   return r;
 }
 

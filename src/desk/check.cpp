@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/failures.h"
+#include "base/platform.h"
 #include "base/text.h"
 #include "desk/draw.h"
 #include "desk/raw_lines.h"
@@ -28,11 +29,9 @@ std::string check_text(const Job& job, const CheckResult& r) {
   std::string text = whole ? understood_text(job, r.understood) : "";
   for (const Finding& f : r.findings) text += finding_lines(job.path, f);
   if (!whole) return text;
-  if (job.input.notes.faults_left_out > 0)
-    text +=
-        job.path + ": and " + std::to_string(job.input.notes.faults_left_out) + " more faults\n";
+  for (const std::string& more : left_out(job.input.notes)) text += job.path + ": " + more + "\n";
   text += count(r.errors, "error") + ", " + count(r.warnings, "warning") + ".";
-  if (r.understood.weighed) text += " " + effort_text(r.understood.effort);
+  if (r.understood.effort.equations > 0) text += " " + effort_text(r.understood.effort);
   return text + "\n";
 }
 
@@ -89,7 +88,7 @@ Json moved_json(const Input& in) {
 
 std::string check_json(const Job& job, const CheckResult& r) {
   const Effort& e = r.understood.effort;
-  const bool sound = r.understood.weighed;
+  const bool sound = e.equations > 0;
   const Json all = {{"format", "zelvo-check"},
                     {"version", 1},
                     {"file", job.path},
@@ -109,6 +108,9 @@ std::string check_json(const Job& job, const CheckResult& r) {
 Understood apply_rules(Checked& c) {
   check_lines(c);
   Understood u = understand(c);
+  if (u.effort.equations > 0 && !u.weighed)
+    warn(c, LGBR, 0, formatted("the analysis needs about %.3g GB of memory", u.effort.memory_gb),
+         "", formatted("this machine has %.3g", 1e-9 * memory_limit()));
   section_rules(c);
   bracing_rules(c);
   pour_rules(c, u.weighed && u.length > 0 ? 12 * u.bracing.total() / u.length : 0);

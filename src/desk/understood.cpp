@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/platform.h"
 #include "base/text.h"
 #include "desk/pours.h"
 
@@ -9,11 +10,8 @@ namespace zelvo {
 
 namespace {
 
-constexpr int FREEDOMS = 5;
-
-// Bytes and seconds for each equation, with one girder and with two: the whole process, and one
-// stage with its own stiffness on one core.
-constexpr double BYTES[] = {2450, 2800};
+// Seconds for each equation, with one girder and with two: one stage with its own stiffness on one
+// core.
 constexpr double SECONDS[] = {6e-6, 12e-6};
 
 std::string grouped(std::int64_t n) {
@@ -26,8 +24,8 @@ std::string grouped(std::int64_t n) {
 Effort effort_of(const Model& m) {
   Effort e;
   const int two = m.ngird == 2 ? 1 : 0;
-  e.equations = std::int64_t{FREEDOMS} * section_pattern(m.ngird).nodes * m.nstn();
-  e.memory_gb = 1e-9 * BYTES[two] * static_cast<double>(e.equations);
+  e.equations = equation_count(m);
+  e.memory_gb = 1e-9 * memory_estimate(m);
   e.stage_seconds = SECONDS[two] * static_cast<double>(e.equations);
   return e;
 }
@@ -110,14 +108,14 @@ Understood understand(const Checked& c) {
   if (known(LGBR)) u.length = m.lgbr;
   if (usable(c, {RCURV})) u.radius = m.rcurv;
   if (known(SUPPORT)) u.spans = spans_of(m);
-  if (job.sound()) {
+  if (job.sound()) u.effort = effort_of(m);
+  if (job.sound() && 1e9 * u.effort.memory_gb < memory_limit()) {
     Model light = m;  // the tables of the stages weigh nothing
     light.nanal = 0;
     const Structure structure = generate_structure(light);
     u.weighed = true;
     u.plates = plate_weight(m, structure);
     u.bracing = bracing_weight(structure);
-    u.effort = effort_of(m);
   }
   if (known(POUR_SEQ) && known(SECDIM) && u.girders > 0)
     for (int k = 1; k <= m.nanal; ++k) u.stages.push_back(stage_of(c, u, k));

@@ -1,5 +1,8 @@
 #include "model/structure.h"
 
+#include "base/failures.h"
+#include "base/platform.h"
+
 namespace zelvo {
 
 namespace {
@@ -11,7 +14,25 @@ void each_element(const Elements& el, Visit visit) {
     for (int e = 1; e <= conn->cols(); ++e) visit(conn->column(e), conn->rows());
 }
 
+// Bytes for each equation of the whole process, with one girder and with two, as measured.
+constexpr double BYTES[MAX_GIRDERS] = {2450, 2800};
+constexpr double SURE = 0.8;  // share of the estimate that is needed beyond doubt
+
 }  // namespace
+
+std::int64_t equation_count(const Model& model) {
+  return std::int64_t{NDOF} * section_pattern(model.ngird).nodes * model.nstn();
+}
+
+double memory_estimate(const Model& model) {
+  return BYTES[model.ngird - 1] * static_cast<double>(equation_count(model));
+}
+
+void require_memory(const Model& model) {
+  const double bytes = memory_estimate(model);
+  if (SURE * bytes > memory_limit())
+    throw MemoryFailure{bytes, "the stiffness matrix and its factor"};
+}
 
 Structure generate_structure(const Model& model) {
   assert(model.ngird == 1 || model.ngird == 2);

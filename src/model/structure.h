@@ -16,6 +16,14 @@ struct Structure {
   Properties properties;
 };
 
+// Equations of a model, and the bytes that its analysis takes, about: most of them the factor, which
+// grows with the length of the bridge alone. The buckling check takes more.
+std::int64_t equation_count(const Model& model);
+double memory_estimate(const Model& model);
+
+// Throws MemoryFailure where the estimate leaves no doubt that this machine has not enough.
+void require_memory(const Model& model);
+
 // Nodes, elements and properties of a sound model.
 Structure generate_structure(const Model& model);
 

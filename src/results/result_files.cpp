@@ -1,5 +1,8 @@
 #include "results/result_files.h"
 
+#include <filesystem>
+#include <vector>
+
 #include "results/blocks.h"
 
 namespace zelvo {
@@ -22,13 +25,31 @@ void write_blocks_two(const StageResults& r, ResultFiles& f) {
 
 }  // namespace
 
+void require_distinct_files(const char* input) {
+  using namespace std::filesystem;
+  ResultFiles files;
+  std::vector<std::string> taken = {input};
+  for (const ResultFile* f : all_files(files)) {
+    std::error_code unknown;
+    const file_type kind = status(f->name, unknown).type();
+    if (kind == file_type::fifo || kind == file_type::socket || kind == file_type::block)
+      throw FileFailure{f->name, "is no file to write results to"};
+    if (kind != file_type::regular) continue;  // opening it tells what is wrong, or makes it
+    for (const std::string& other : taken)
+      if (equivalent(f->name, other, unknown))
+        throw FileFailure{f->name, "is the same file as " + other};
+    taken.push_back(f->name);
+  }
+}
+
 ResultFiles open_result_files() {
   ResultFiles files;
   for (ResultFile* f : all_files(files)) *f = open_file(f->name.c_str());
   return files;
 }
 
-void write_stage(const Structure& structure, const StageResults& results, ResultFiles& files) {
+std::string write_stage(const Structure& structure, const StageResults& results,
+                        ResultFiles& files) {
   if (structure.section->girders == 2)
     write_blocks_two(results, files);
   else
@@ -38,8 +59,13 @@ void write_stage(const Structure& structure, const StageResults& results, Result
   if (el.nibel > 0) write_ibrace_forces(results.bars, results.k, files.ibr.text);
   if (el.nebel > 0) write_ebrace_forces(results.bars, results.k, files.ebr.text);
   if (el.nlatel > 0) write_lateral_forces(results.bars, results.k, files.axf.text);
-  for (ResultFile* f : all_files(files))
-    if (f->file != nullptr) flush_file(*f);
+  std::string not_finite;
+  for (ResultFile* f : all_files(files)) {
+    if (f->file == nullptr) continue;
+    if (has_no_number(f->text)) not_finite.append(not_finite.empty() ? "" : ", ").append(f->name);
+    flush_file(*f);
+  }
+  return not_finite;
 }
 
 void close_result_files(ResultFiles& files) {

@@ -25,10 +25,18 @@ inline std::array<ResultFile*, 9> all_files(ResultFiles& f) {
   return {&f.rxn, &f.axf, &f.def, &f.sec, &f.str, &f.ibr, &f.ebr, &f.rot, &f.csc};
 }
 
+// Throws FileFailure where the nine cannot be opened without harm: one of their names stands for a file
+// of a kind that is not written to (a directory, a pipe), for the file `input`, or for the same file as
+// another. A device is nobody's.
+void require_distinct_files(const char* input);
+
 // Opens and empties all nine in the working directory.
 ResultFiles open_result_files();
-// Adds the blocks of a stage to all files that concern it and flushes the files.
-void write_stage(const Structure& structure, const StageResults& results, ResultFiles& files);
+// Adds the blocks of a stage to all files that concern it and flushes the files. Returns the names of
+// the open ones that got values which are no finite numbers, "sec0987.txt, str0987.txt"; empty if none
+// did.
+std::string write_stage(const Structure& structure, const StageResults& results,
+                        ResultFiles& files);
 void close_result_files(ResultFiles& files);
 
 }  // namespace zelvo

@@ -15,9 +15,9 @@ void shell_geometric(const ShellWork& w, const ShellVector& d, LastInverse& last
   PointFrames f;
   PointStresses S;
   FixedMatrix<double, 18, 18> sums;
-  map_points(s, last.stress, f);
+  last.failures += map_points(s, last.stress, f);
   point_stresses(s, f, d, S);
-  map_points(s, last.geometric, f);
+  last.failures += map_points(s, last.geometric, f);
   gradient_products(s, f, S, sums);
 
   FixedMatrix<double, 3, 18> tip;  // motion of the director of node a under its alpha, its beta

@@ -45,7 +45,7 @@ double invert3(const Matrix3& a, Matrix3& ainv) {
 void shell_stiffness(const ShellWork& w, LastInverse& last, ShellMatrix& ke) {
   const ShellData s = shell_data(w);
   PointFrames f;
-  map_points(s, last.stiffness, f);
+  last.failures += map_points(s, last.stiffness, f);
   shell_product(s, f, ke);
 }
 

@@ -39,6 +39,7 @@ double invert3(const Matrix3& a, Matrix3& ainv);
 // cannot be inverted takes it over, so it outlives the element and, in a run, the stage.
 struct LastInverse {
   Matrix3 stiffness{}, stress{}, geometric{};
+  int failures = 0;  // points so far whose mapping could not be inverted
 };
 
 // ke, kip/in: exactly symmetric, all of it written. A point with a determinant below the limit of

@@ -78,29 +78,34 @@ void point_frames(const ShellData& s, PointFrames& f) { shell_kernels().point_fr
 
 }  // namespace
 
-void map_points(const ShellData& s, Matrix3& ainv, PointFrames& f) {
+int map_points(const ShellData& s, Matrix3& ainv, PointFrames& f) {
   point_frames(s, f);
   bool regular = true;
   for (const double det : f.det) regular &= !(det < DETERMINANT_LIMIT);
-  if (regular) return load(f.R, SHELL_POINTS - 1, ainv);
-
+  if (regular) {
+    load(f.R, SHELL_POINTS - 1, ainv);
+    return 0;
+  }
+  int failures = 0;
   Matrix3 J;
   for (int l = 0; l < SHELL_LANES; ++l) {
     if (l < SHELL_POINTS) {
       load(f.J, l, J);
       f.det[l] = invert3(J, ainv);
+      failures += f.det[l] < DETERMINANT_LIMIT;
     }
     store(ainv, l, f.R);
   }
+  return failures;
 }
 
-void map_point(const ShellData& s, int lane, Matrix3& ainv, Matrix3& e) {
+int map_point(const ShellData& s, int lane, Matrix3& ainv, Matrix3& e) {
   PointFrames f;
   Matrix3 J;
   point_frames(s, f);
   load(f.J, lane, J);
   load(f.e, lane, e);
-  invert3(J, ainv);
+  return invert3(J, ainv) < DETERMINANT_LIMIT ? 1 : 0;
 }
 
 void shell_product(const ShellData& s, const PointFrames& f, ShellMatrix& ke) {

@@ -15,11 +15,12 @@ const LaneTables& lane_tables();
 ShellData shell_data(const ShellWork& w);
 
 // Mapping of all points. Every failing determinant is reported once; ainv is the inverse carried
-// from point to point.
-void map_points(const ShellData& s, Matrix3& ainv, PointFrames& f);
+// from point to point. Returns how many fail.
+int map_points(const ShellData& s, Matrix3& ainv, PointFrames& f);
 
-// Mapping of the point in one lane: ainv the inverse, e the local frame by rows.
-void map_point(const ShellData& s, int lane, Matrix3& ainv, Matrix3& e);
+// Mapping of the point in one lane: ainv the inverse, e the local frame by rows. Returns 1 if its
+// determinant fails, else 0.
+int map_point(const ShellData& s, int lane, Matrix3& ainv, Matrix3& e);
 
 // The kernels that suit this processor.
 void shell_product(const ShellData& s, const PointFrames& f, ShellMatrix& ke);

@@ -74,7 +74,7 @@ void shell_edge_forces(const ShellWork& w, const ShellVector& d, Edge edge,
   const ShellData s = shell_data(w);
   PointFrames f;
   PointStresses stress;
-  map_points(s, last.stiffness, f);
+  last.failures += map_points(s, last.stiffness, f);
   point_stresses(s, f, d, stress);
   const Vec3* const axes[3] = {&frame.a, &frame.b, &frame.c};
   for (int n = 1; n <= 3; ++n) {

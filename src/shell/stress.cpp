@@ -36,7 +36,7 @@ void shell_stress_op(const ShellWork& w, int ip, int iz, LastInverse& last,
   const int lane = lane_of(ip, iz);
   Matrix3& R = last.stress;
   Matrix3 e;
-  map_point(s, lane, R, e);
+  last.failures += map_point(s, lane, R, e);
   for (int k = 1; k <= SHELL_NODES; ++k) {
     Vec3 g, q;  // gradients of N and of zeta N
     for (int b = 1; b <= 3; ++b) {
@@ -57,7 +57,7 @@ void shell_stresses(const ShellWork& w, const ShellVector& d, LastInverse& last,
   const ShellData s = shell_data(w);
   PointFrames f;
   PointStresses S;
-  map_points(s, last.stress, f);
+  last.failures += map_points(s, last.stress, f);
   point_stresses(s, f, d, S);
   for (int p = 1; p <= SHELL_POINTS; ++p)
     for (int r = 1; r <= 6; ++r) sig(r, p) = S.local[r - 1][p - 1];

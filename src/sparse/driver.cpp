@@ -37,16 +37,23 @@ int fail(PointerBlock& pt, int error, Detail detail) {
   return error;
 }
 
+int fail_for_memory(PointerBlock& pt, const MemoryFailure& shortage, Detail detail) {
+  pt.shortage = shortage;
+  return fail(pt, DRIVER_NO_MEMORY, detail);
+}
+
 int create_state(PointerBlock& pt, int max_fac_store) {
   pt.state = new (std::nothrow) DriverState;
-  if (pt.state == nullptr) return fail(pt, DRIVER_NO_MEMORY, NO_STATE_MEMORY);
+  if (pt.state == nullptr)
+    return fail_for_memory(pt, {sizeof(DriverState), "the state of the solver"}, NO_STATE_MEMORY);
   pt.state->max_fac_store = std::max(max_fac_store, 0);
   try {
     pt.state->factors.resize(static_cast<std::size_t>(pt.state->max_fac_store));
   } catch (const std::exception&) {  // no memory, or more than a table can ever hold
     delete pt.state;
     pt.state = nullptr;
-    return fail(pt, DRIVER_NO_MEMORY, NO_FACTOR_TABLE);
+    const double bytes = static_cast<double>(max_fac_store) * double{sizeof(FactorEntry)};
+    return fail_for_memory(pt, {bytes, "the table of factors"}, NO_FACTOR_TABLE);
   }
   return 0;
 }
@@ -112,9 +119,9 @@ int run_analysis(PointerBlock& pt, const Request& q, const int* ja, const int* p
     stage = NO_SYMBOLIC_MEMORY;
     if (fault == NO_DETAIL) fault = symbolic(q.ia, ja, work, s.structure);
     if (fault != NO_DETAIL) return fail(pt, DRIVER_ANALYSIS_FAILED, fault);
-  } catch (const MemoryFailure&) {
+  } catch (const MemoryFailure& shortage) {
     s.structure = FactorStructure{};
-    return fail(pt, DRIVER_NO_MEMORY, stage);
+    return fail_for_memory(pt, shortage, stage);
   }
   s.analysed = true;
   return 0;
@@ -126,8 +133,8 @@ int run_factorization(PointerBlock& pt, const double* a, int matrix_type, Factor
   if (a == nullptr) return fail(pt, DRIVER_NUMERIC_FAILED, NO_VALUES);
   try {
     reserve_numeric(s.structure, e.work);
-  } catch (const MemoryFailure&) {
-    return fail(pt, DRIVER_NO_MEMORY, NO_NUMERIC_MEMORY);
+  } catch (const MemoryFailure& shortage) {
+    return fail_for_memory(pt, shortage, NO_NUMERIC_MEMORY);
   }
   e.matrix_type = matrix_type;
   const int result = matrix_type > 0 ? factor_cholesky(s.structure, a, e.work)
@@ -202,6 +209,13 @@ int run_stages(PointerBlock& pt, const Request& q, const double* a, const int* j
 }
 
 }  // namespace
+
+int negative_pivots(const PointerBlock& pt, int matrix_number) {
+  if (pt.state == nullptr) return 0;
+  FactorEntry* const e = factor_entry(*pt.state, matrix_number);
+  const bool ldl = e != nullptr && e->status == FactorEntry::FACTORED && e->matrix_type < 0;
+  return ldl ? negative_diagonals(pt.state->structure, e->work) : 0;
+}
 
 void sparse_driver(PointerBlock& pt, int max_fac_store, int matrix_number, int matrix_type, int ido,
                    int neqns, const double* a, const int* ia, const int* ja, const int* perm,

@@ -2,6 +2,7 @@
 // solver's memory. Each call is checked against the last one before any stage runs.
 #pragma once
 #include "base/arrays.h"
+#include "base/failures.h"
 #include "sparse/details.h"
 
 namespace zelvo {
@@ -12,6 +13,7 @@ struct DriverState;
 struct PointerBlock {
   DriverState* state = nullptr;  // all memory of the solver; null marks a first call
   Detail detail = NO_DETAIL;     // where the last failure happened
+  MemoryFailure shortage{};      // what could not be had, after DRIVER_NO_MEMORY
 };
 
 // (1) 1: take entries 2 and 5 from here; otherwise nested dissection
@@ -49,5 +51,9 @@ void sparse_driver(PointerBlock& pt, int max_fac_store, int matrix_number, int m
                    int neqns, const double* a, const int* ia, const int* ja, const int* perm,
                    int nb, const DriverParameters& iparam, int message_flag, double* b, double* x,
                    int& error);
+
+// How many pivots of the kept L D L' factor of a matrix are negative, which is how many of its
+// eigenvalues are (Sylvester's law of inertia); none of a Cholesky factor.
+int negative_pivots(const PointerBlock& pt, int matrix_number);
 
 }  // namespace zelvo

@@ -228,6 +228,15 @@ int factor_ldl(const FactorStructure& s, const double* a, NumericWork& w) {
   return factor(s, a, true, w);
 }
 
+int negative_diagonals(const FactorStructure& s, NumericWork& w) {
+  int negative = 0;
+  for (int J = 1; J <= s.nsuper; ++J) {
+    const MatrixView<double> L = supernode(s, J, w.lnz).L;
+    for (int q = 1; q <= L.cols; ++q) negative += L(q, q) < 0;
+  }
+  return negative;
+}
+
 void solve_cholesky(const FactorStructure& s, NumericWork& w, const double* b, int nrhs,
                     double* x) {
   for (int q = 0; q < nrhs; ++q)

@@ -43,6 +43,9 @@ void scatter_a(const FactorStructure& s, const double* a, Vector<double>& lnz);
 int factor_cholesky(const FactorStructure& s, const double* a, NumericWork& w);
 int factor_ldl(const FactorStructure& s, const double* a, NumericWork& w);
 
+// Negative entries of D in the L D L' of w.
+int negative_diagonals(const FactorStructure& s, NumericWork& w);
+
 // Solves A x = b with the factor in w, one right-hand side after the other.
 //   b, x  (neqns,nrhs)  in, out; they may be the same array
 void solve_cholesky(const FactorStructure& s, NumericWork& w, const double* b, int nrhs, double* x);

@@ -1,6 +1,7 @@
 #include "sparse/solver.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <iterator>
 #include <new>
@@ -162,6 +163,9 @@ bool accepts(const SolverHandle* h, State next) {
 
 int report_driver(const SolverHandle& h, int error) {
   if (error == DRIVER_NUMERIC_FAILED) return SOLVER_NUMERIC_FAILURE;
+  // Before the report, which may end the process.
+  if (error == DRIVER_NO_MEMORY && ERROR >= h.msg_level)
+    std::fprintf(stderr, "zelvo: %s\n", shortage_text(h.pt.shortage).c_str());
   const bool analysis = error == DRIVER_ANALYSIS_FAILED;
   const Check checks[] = {{analysis || error == DRIVER_BAD_INPUT, ZERO_PIVOT},
                           {analysis || error == DRIVER_NO_MEMORY, NO_MEMORY},
@@ -260,6 +264,10 @@ int solver_solve_real(SolverHandle* handle, std::uint32_t options, const double*
   if (const int code = report(o.msg_level, o.term_level, checks); code != 0) return code;
   handle->state = SOLVED;
   return run_driver(*handle, 33, nullptr, nullptr, n_rhs, rhs, x);
+}
+
+int solver_negative_pivots(const SolverHandle* handle) {
+  return handle == nullptr ? 0 : negative_pivots(handle->pt, 1);
 }
 
 int solver_delete(SolverHandle*& handle, std::uint32_t options) {

@@ -1,4 +1,5 @@
 // The sparse direct solver in six calls: create, define structure, reorder, factor, solve, delete.
+// Memory that cannot be had is also told on standard error, with what it was for and its size.
 //
 // A x = b with A symmetric, given by the rows of its upper triangle with the diagonal, numbers from
 // 1, columns ascending. All calls return 0 or a code. A negative code came with a message on
@@ -53,6 +54,10 @@ int solver_factor_real(SolverHandle* handle, std::uint32_t options, const double
 // Solves for rhs (n_rows,n_rhs) into x (n_rows,n_rhs). Options: levels.
 int solver_solve_real(SolverHandle* handle, std::uint32_t options, const double* rhs, int n_rhs,
                       double* x);
+
+// How many eigenvalues of the matrix last factored as indefinite are negative: as many as pivots are
+// (Sylvester's law of inertia; Parlett 1998, ch. 3). 0 without such a factor.
+int solver_negative_pivots(const SolverHandle* handle);
 
 // Frees the handle and all memory of the solver and sets the handle to null. Options: levels.
 int solver_delete(SolverHandle*& handle, std::uint32_t options);

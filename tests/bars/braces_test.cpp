@@ -91,4 +91,12 @@ TEST(BraceGeometric, MatchesTheFiguresOfTheInternalKindAndTheExternalByHand) {
   const BraceCorners racked{{0.3, 0.1, 0, 0.3, -0.1, 0, -0.7, 0.2, 0, -0.7, -0.2, 0}};
   for (const BraceMatrix& kg : {internal_under(racked), external_under(racked)})
     for (const double value : kg.v) EXPECT_EQ(value, 0);
+  // Out of balance by a hundred-thousandth it adds its matrix, by a thousand-millionth it does not.
+  for (const auto& [out, adds] : {std::pair{1e-5, true}, {1e-9, false}}) {
+    BraceCorners top = racked, foot = racked;
+    top(1) += out;
+    foot(7) += out;
+    EXPECT_EQ(internal_under(top)(1, 1) != 0, adds) << out;
+    EXPECT_EQ(external_under(foot)(1, 1) != 0, adds) << out;
+  }
 }

@@ -54,6 +54,7 @@ Check run_check(const Problem& p, const EigenOptions& options, double untouched 
   print_outcome(c.outcome);
   BucklingResults results{c.outcome, c.modes, {}, {}};
   if (c.outcome.found) results.quality = measure_pairs(p.K, c.KG, c.modes);
+  warn_of_check(4, options, c.outcome, c.modes.eigval);
   warn_of_loose_pairs(4, options, results);
   c.warnings = testing::internal::GetCapturedStderr();
   c.console = testing::internal::GetCapturedStdout();
@@ -85,6 +86,32 @@ TEST(BucklingCheck, GivesTheFactorsOfADenseEigensolver) {
   Check between = run_check(p, {2, 2, 1e-12, 0.4 * exact[0] + 0.6 * exact[1]});
   std::sort(between.modes.eigval.begin(), between.modes.eigval.end());
   for (int m = 1; m <= 2; ++m) EXPECT_NEAR(between.factor(m) / c.factor(m), 1, 1e-7) << m;
+  EXPECT_EQ(between.warnings, "");
+  // Beyond some factors, of which one is asked for: the matrix tells how many there are.
+  const std::vector<double> more = dense_factors(p.K, p.KG, 8);
+  const double beyond = 1.001 * exact[2];
+  const auto below = std::count_if(more.begin(), more.end(), [&](double f) { return f < beyond; });
+  const Check skips = run_check(p, {1, 2, 1e-12, beyond});
+  ASSERT_LT(below, 8);
+  EXPECT_EQ(skips.outcome.below_shift, below);
+  EXPECT_NE(skips.warnings.find(formatted("analysis 4: %d buckling factors lie between 0 and the "
+                                          "shift of %.6g, and 1 of them",
+                                          skips.outcome.below_shift, beyond)),
+            std::string::npos)
+      << skips.warnings;
+}
+
+// A first factor below zero belongs to the reversed loads, and no shift is proposed about it.
+TEST(BucklingCheck, ProposesKindOneWhereTheFirstFactorIsNoLoadFactor) {
+  const Problem p = make_problem(3);
+  const Check down = run_check(p, {1, 1, 1e-12, 0});
+  Problem reversed = p;
+  for (double& v : reversed.KG.values) v = -v;
+  const Check c = run_check(reversed, {1, 2, 1e-1, -0.9 * down.factor(1)});
+  ASSERT_LT(c.factor(1), 0);
+  EXPECT_NE(c.warnings.find("the lowest positive one with solver \"1 1.0E-06\""), std::string::npos)
+      << c.warnings;
+  EXPECT_EQ(c.warnings.find("solver \"2"), std::string::npos) << c.warnings;
 }
 
 TEST(BucklingCheck, OfBothKindsGivesTheSameFactorsAndShapesInverseToTheLoad) {
@@ -128,6 +155,9 @@ TEST(BucklingCheck, ThatFailsSaysSoAndLeavesTheFactors) {
   for (const auto& c : cases) {
     const Check check = run_check(c.problem, c.options, 7.5);
     EXPECT_NE(check.console.find(c.words), std::string::npos) << check.console;
+    EXPECT_NE(check.warnings.find("no buckling factors, the results stand at 7.5 times the load: "),
+              std::string::npos)
+        << check.warnings;
     for (const double factor : check.modes.eigval) EXPECT_EQ(factor, 7.5) << c.words;
   }
 }

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <pty.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -27,7 +28,8 @@ struct ProgramRun {
   std::string dir = (std::filesystem::temp_directory_path() / "zelvo-test-XXXXXX").string();
   int status = -1;  // exit status, or 128 + signal
   std::string out, err;
-  bool waited_for_key = false;  // the program was still there when its message had come
+  bool waited_for_key = false;           // the program was still there when its message had come
+  rlim_t address_space = RLIM_INFINITY;  // bytes that it may have
 
   ProgramRun() { dir = mkdtemp(dir.data()); }
   ProgramRun(const ProgramRun&) = delete;
@@ -53,6 +55,8 @@ inline void ProgramRun::start(StandardInput input, const char* stdout_path) {
     dup2(open(path("stderr").c_str(), O_WRONLY | O_CREAT, 0600), 2);
     for (int fd = input == StandardInput::CLOSED ? 0 : 3; fd < 64; fd = std::max(fd + 1, 3))
       close(fd);
+    const rlimit limit{address_space, address_space};
+    if (address_space != RLIM_INFINITY) setrlimit(RLIMIT_AS, &limit);
     if (chdir(dir.c_str()) == 0) execl(ZELVO_PROGRAM, ZELVO_PROGRAM, static_cast<char*>(nullptr));
     _exit(127);
   }

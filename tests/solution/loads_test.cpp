@@ -101,6 +101,8 @@ TEST(PourLoad, AsEndForcesIsStoredAndNotAdded) {
   EXPECT_NEAR(f.at(4, 46, 3), -1.2 / 5, 1e-15);
   EXPECT_EQ(f.at(4, 45, 3), 0);
   EXPECT_NEAR(f.total(3), 0, 1e-15);
+  // The first segment's load stands for the whole length.
+  EXPECT_NEAR(Loaded(two_pours(one_girder(72), 3)).at(0, 30, 3), -2.7 / 6, 1e-14);
   const Loaded axial(with_pattern(one_girder(48), 5));
   EXPECT_EQ(axial.total(3), -100);
   EXPECT_EQ(axial.at(4, 40, 3), 20);
