@@ -28,6 +28,7 @@ add_library(zelvo_desk_rooms STATIC ${desk_sources})
 target_link_libraries(zelvo_desk_rooms PUBLIC zelvo_core nlohmann_json::nlohmann_json
                                        PRIVATE zelvo_xlsxwriter)
 zelvo_rooms(zelvo_desk_rooms)
+zelvo_harden(zelvo_desk_rooms)
 # Text is put together here; numbers are crunched in the core. Full optimisation of the JSON and
 # command line headers takes a compiler minutes and gains nothing.
 if(NOT MSVC)
@@ -38,6 +39,7 @@ target_compile_definitions(zelvo_desk_rooms PRIVATE ZELVO_VERSION="${PROJECT_VER
 add_executable(zelvo-desk ${CMAKE_SOURCE_DIR}/src/zelvo_desk.cpp)
 target_compile_definitions(zelvo-desk PRIVATE ZELVO_VERSION="${PROJECT_VERSION}")
 target_link_libraries(zelvo-desk PRIVATE zelvo_desk_rooms CLI11::CLI11)
+zelvo_harden(zelvo-desk)
 if(NOT MSVC)
   target_compile_options(zelvo-desk PRIVATE -O1)
 endif()

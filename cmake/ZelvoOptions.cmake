@@ -22,6 +22,20 @@ else()
   endif()
 endif()
 
+# What a release is hardened with: a damaged stack, a buffer of the C library that is written beyond its
+# end, a stack that grows past its guard, and a table of calls that is written over end the process.
+function(zelvo_harden target)
+  if(MSVC OR ZELVO_SANITIZE)
+    return()
+  endif()
+  target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-fstack-protector-strong
+                         -fstack-clash-protection -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3>)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64|amd64")
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-fcf-protection=full>)
+  endif()
+  target_link_options(${target} INTERFACE $<$<CONFIG:Release>:LINKER:-z,relro,-z,now>)
+endfunction()
+
 # Files named *_avx2.cpp hold the same kernels as their *_plain.cpp twins (both include one
 # *kernels-inl.h), compiled for AVX2 and FMA; the program chooses between the two when it starts.
 # On other processors the twins are compiled alike and the plain one is chosen.

@@ -55,27 +55,27 @@ std::string keyword_fault(const ValueFault& fault, const std::string& name) {
 Flow take(BlockReader& b, Names names, std::initializer_list<Target> targets) {
   std::vector<ValueFault> faults;
   const ReadStatus status = read_record(b.records, targets, faults);
-  const std::string where = place(KEYWORD_NAMES[b.keyword], b.row);
+  const auto where = [&] { return place(KEYWORD_NAMES[b.keyword], b.row); };  // for notes alone
   for (const ValueFault& f : faults) {
     const std::string name = *(names.begin() + f.item - 1);
     b.in.bad_value = true;
     if (f.first_on_line &&
         (find_keyword(f.text) != NO_KEYWORD || std::string_view(f.text) == END_KEYWORD)) {
-      add_fault(b.in.notes, f.line, where + keyword_fault(f, name));
+      add_fault(b.in.notes, f.line, where() + keyword_fault(f, name));
       go_back_to(b.records, f);
       return Flow::LEAVE_BLOCK;
     }
-    add_fault(b.in.notes, f.line, where + conversion_fault(f, name));
+    add_fault(b.in.notes, f.line, where() + conversion_fault(f, name));
   }
   if (status == ReadStatus::END_OF_FILE) {
     add_fault(b.in.notes, b.records.line,
-              where + "the file ends in the place of the " + std::string(*names.begin()));
+              where() + "the file ends in the place of the " + std::string(*names.begin()));
     return Flow::END_OF_FILE;
   }
   if (const std::string_view comma = decimal_comma(b.records);
       status == ReadStatus::DONE && !comma.empty())
     add_warning(b.in.notes, b.records.record_line,
-                where + *(names.end() - 1) + " stops at a comma (" + printable(comma) +
+                where() + *(names.end() - 1) + " stops at a comma (" + printable(comma) +
                     "), the digits behind it are not read: a decimal sign is a point");
   BlockPlace& block = b.in.block[b.keyword];
   (b.row > 0 ? block.rows : block.heads)

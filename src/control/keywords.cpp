@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <string>
 
 namespace zelvo {
@@ -44,8 +45,11 @@ std::string_view near_keyword(std::string_view word) {
   std::string_view nearest;
   int least = 3;
   const auto compare = [&](std::string_view keyword) {
+    const int allowed = std::min(keyword.size() < 5 ? 1 : 2, least - 1);
+    const auto excess = static_cast<int>(lower.size()) - static_cast<int>(keyword.size());
+    if (std::abs(excess) > allowed) return;  // the distance is that at least
     const int distance = edit_distance(lower, keyword);
-    if (distance > (keyword.size() < 5 ? 1 : 2) || distance >= least) return;
+    if (distance > allowed) return;
     least = distance;
     nearest = keyword;
   };
