@@ -3,6 +3,7 @@
 #include <numbers>
 #include <vector>
 
+#include "support/measured.h"
 #include "support/models.h"
 #include "support/run.h"
 
@@ -94,6 +95,7 @@ TEST(OpenTubUnderUniformMoment, BucklesSidewaysAtTheMomentOfVlasov) {
     const double factor = buckled(section, L, 0.75, 1, 1, 48).results(1).buckling.modes.eigval(1);
     const double theory = lateral_buckling_moment(half_tub(section, 0.75, 1, 1.5),
                                                   torsion_constant(section, 0.75, 1, 1.5), L);
+    measured("tub.vlasov." + std::to_string(&section - sections), {factor * L * L / 96 / theory});
     EXPECT_GT(factor * L * L / 96, 0.90 * theory);
     EXPECT_LT(factor * L * L / 96, 1.02 * theory);
   }
@@ -116,6 +118,8 @@ TEST(BottomFlangeInCompression, BucklesAsAPlateBetweenHingedAndClampedEdges) {
         E * (b.u(1, L / 2 + HALF, centre, 3) - b.u(1, L / 2 - HALF, centre, 3)) / (2 * HALF);
     const double plate =
         PI * PI * E / (12 * (1 - 0.3 * 0.3)) * std::pow(T / section.bottom_width, 2);
+    measured("flange." + std::to_string(section.depth > 50 ? 0 : 1),
+             {stress / plate, b.results(1).buckling.modes.eigval(1), strips});
     EXPECT_GT(stress / plate, 4.0);
     EXPECT_LT(stress / plate, 6.97);
   }

@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "support/measured.h"
 #include "support/models.h"
 #include "support/run.h"
 #include "verification/beam.h"
@@ -17,6 +18,7 @@ TEST(StraightSpan, ShearAndMomentFollowStatics) {
   const Bridge bridge = analyse(braced_span(SPAN));
   const SectionResults& sections = bridge.results(1).sections;
   ASSERT_EQ(sections.moment.size(), SPAN / 24 + 1);
+  std::vector<double> shear, moment;
   for (int i = 1; i <= sections.moment.size(); ++i) {
     const double x = 2 * (i - 1);
     EXPECT_NEAR(sections.moment(i) / 12, w * x * (L - x) / 2, 1e-3) << x;
@@ -24,7 +26,11 @@ TEST(StraightSpan, ShearAndMomentFollowStatics) {
     const double row_load = x == 0 ? -0.5 * w : 0.5 * w;
     EXPECT_NEAR(std::abs(sections.shear(i)), std::abs(w * (L / 2 - x) + row_load), 1e-4) << x;
     EXPECT_NEAR(sections.torque(i), 0, 1e-3) << x;
+    shear.push_back(sections.shear(i)), moment.push_back(sections.moment(i) / 12);
   }
+  measured("span.shear", shear);
+  measured("span.moment", moment);
+  measured("span.moment.theory", {w * L * L / 8});
 }
 
 // Shear lag and the frames leave 0.6 % at a span of 16 depths and 0.2 % at 24; flat webs lose next
@@ -44,12 +50,17 @@ TEST(SimpleSpan, DeflectsAsABeamOfTheCorrectedSectionOnTwoEqualReactions) {
     const double d = b.deflection(1, c.span / 2);
     EXPECT_NEAR(d / simple_span_deflection(tub_section(m), DECK_LOAD, c.span), 1, c.limit);
     const double plain = simple_span_deflection(tub_section(m, Webs::WHOLE), DECK_LOAD, c.span);
+    measured("span.deflection." + std::to_string(&c - cases),
+             {d / plain, d / simple_span_deflection(tub_section(m), DECK_LOAD, c.span)});
     EXPECT_GT(d / plain, c.least);
     EXPECT_LT(d / plain, c.most);
     // The mid node of every brace is held by a tiny spring of 1e-5 kip/in, which takes its share.
     double lost = 0;
     for (int x = 120; x < c.span; x += 120) lost += 1.0e-5 * b.deflection(1, x);
     for (const double r : b.reactions(1)) EXPECT_NEAR(r, (DECK_LOAD * c.span - lost) / 2, 1e-5);
+    if (&c == cases)
+      measured("span.reactions",
+               {b.reactions(1)[0] + b.reactions(1)[1], DECK_LOAD * c.span - lost});
   }
 }
 
@@ -74,6 +85,8 @@ TEST(StraightSpan, EndCouplesBendItPurely) {
   };
   const double rise = 0.5 / std::sqrt(3.0);
   const double top = -M * (60 + 1.5 * rise - s.y) / s.I, bottom = M * (s.y - 1.0 * rise) / s.I;
+  measured("couples.deflection", {deflection, M * SPAN * SPAN / (8 * s.EI())});
+  measured("couples.stress", {mean(11), mean(19), top, bottom});
   EXPECT_NEAR(mean(11), top, 0.001 * std::abs(top));
   EXPECT_NEAR(mean(19), bottom, 0.001 * bottom);
 }
@@ -92,6 +105,8 @@ TEST(TwoSpans, MiddleReactionFollowsTheThreeMomentEquation) {
   EXPECT_NEAR(bridge.reactions(1)[1], R, 0.001 * R);
   const double M = ((DECK_LOAD * L - R) / 2 * SPAN - DECK_LOAD * SPAN * SPAN / 2);
   EXPECT_NEAR(bridge.results(1).sections.moment(SPAN / 24 + 1), M, 0.0015 * std::abs(M));
+  measured("spans.reaction", {bridge.reactions(1)[1], R});
+  measured("spans.moment", {bridge.results(1).sections.moment(SPAN / 24 + 1) / 12, M / 12});
 }
 
 // Newmark, Siess and Viest 1951: steel and deck joined by studs of stiffness k per length. With M
@@ -123,11 +138,17 @@ TEST(CompositeSpan, DeflectionFollowsNewmarkForAnyStudStiffness) {
   Model m = braced_span(SPAN);
   set_stages(m, {SPAN}, 5, 3600);
   for (int k = 1; k <= 5; ++k) m.pour_k(k, 1) = STUD[k - 1];
+  std::vector<double> curve;  // over powers of ten and their thirds
+  for (int i = -12; i <= 18; ++i)
+    curve.push_back(composite_deflection(tub_section(m), 3600, 6 * std::pow(10, i / 3.0) / 12, SPAN,
+                                         DECK_LOAD));
+  measured("composite.theory", curve);
   const Bridge bridge = analyse(m);
   for (int k = 1; k <= 5; ++k) {
     const double expected =
         composite_deflection(tub_section(m), 3600, 6 * STUD[k - 1] / 12, SPAN, DECK_LOAD);
     EXPECT_NEAR(bridge.deflection(k, SPAN / 2), expected, 0.005 * expected) << STUD[k - 1];
+    measured("composite." + std::to_string(k), {bridge.deflection(k, SPAN / 2), expected});
   }
 }
 
@@ -150,4 +171,5 @@ TEST(StraightSpan, CrossedLateralsShareTheBendingOfTheFlanges) {
   EXPECT_NEAR(bars.laterals(2 * p), expected, 0.08 * std::abs(expected));
   const double strut = -2 * expected * sin;
   EXPECT_NEAR(bars.internal(1, p), strut, 0.08 * strut);
+  measured("bending.laterals", {bars.laterals(2 * p - 1) / expected, bars.internal(1, p) / strut});
 }

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "support/measured.h"
 #include "support/models.h"
 #include "support/run.h"
 #include "verification/beam.h"
@@ -30,11 +31,14 @@ TEST(CurvedSpan, BendsTwistsAndLoadsItsBracingAsCurvedBeamsDo) {
   brace_every(m, PANEL, Laterals::CROSSED);
   const Bridge bridge = analyse(m);
   const SectionResults& sections = bridge.results(1).sections;
+  std::vector<double> moment, torque, moment_theory, torque_theory, laterals, frames;
   for (int i = 1; i <= sections.moment.size(); ++i) {
     const double f = 24 * (i - 1) / RADIUS;
     EXPECT_NEAR(sections.moment(i) / 12, beam_moment(f), 1e-4 * beam_moment(ANGLE / 2)) << i;
     EXPECT_NEAR(std::abs(sections.torque(i)) / 12, std::abs(beam_torque(f)), 1e-3 * beam_torque(0))
         << i;
+    moment.push_back(sections.moment(i) / 12), moment_theory.push_back(beam_moment(f));
+    torque.push_back(sections.torque(i) / 12), torque_theory.push_back(beam_torque(f));
   }
 
   // Twist of the quasi-closed section. Kollbrunner and Basler 1969: crossed laterals act as a plate
@@ -56,6 +60,7 @@ TEST(CurvedSpan, BendsTwistsAndLoadsItsBracingAsCurvedBeamsDo) {
     const double half = 0.5 * (bars.laterals(2 * p - 1) - bars.laterals(2 * p));
     const double expected = beam_torque((p - 0.5) * PANEL / RADIUS) * 12 * d / (4 * A0);
     EXPECT_NEAR(std::abs(half), expected, (p == 1 ? 0.02 : 0.015) * expected) << p;
+    laterals.push_back(std::abs(half) / expected);
   }
 
   // Fan and Helwig 2002: curvature turns bending into the couple M/R per length, which distorts the
@@ -66,5 +71,13 @@ TEST(CurvedSpan, BendsTwistsAndLoadsItsBracingAsCurvedBeamsDo) {
     const double expected = M / RADIUS * PANEL * diagonal / (2 * A0);
     const double half = 0.5 * (bars.internal(3, i) - bars.internal(4, i));
     EXPECT_NEAR(std::abs(half), expected, 0.03 * expected) << i;
+    frames.push_back(std::abs(half) / expected);
   }
+  measured("curved.moment", moment);
+  measured("curved.moment.theory", moment_theory);
+  measured("curved.torque", torque);
+  measured("curved.torque.theory", torque_theory);
+  measured("curved.twist", {std::abs(bridge.rotation(1, SPAN / 2)) / twist});
+  measured("curved.laterals", laterals);
+  measured("curved.frames", frames);
 }

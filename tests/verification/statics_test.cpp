@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "support/measured.h"
 #include "support/models.h"
 #include "support/run.h"
 #include "verification/beam.h"
@@ -16,6 +17,7 @@ TEST(Statics, ReactionsOfAPartLoadFollowTheLever) {
   const std::vector<double> r = analyse(m).reactions(1);
   EXPECT_NEAR(r[0], DECK_LOAD * 240 * (720 - 120) / 720, 1e-3);
   EXPECT_NEAR(r[1], DECK_LOAD * 240 * 120 / 720, 1e-3);
+  measured("lever.reactions", r);
 }
 
 TEST(CurvedBridge, AnswersTheSumOfTwoLoadsWithTheSumOfTheirDisplacements) {
@@ -58,7 +60,9 @@ TEST(StraightBridge, IsTheLimitOfAWideCurve) {
   Model m = braced_span(960);
   const double straight = analyse(m).deflection(1, 480);
   m.rcurv = 1e7;
-  EXPECT_NEAR(analyse(m).deflection(1, 480), straight, 1e-4 * straight);
+  const double curved = analyse(m).deflection(1, 480);
+  EXPECT_NEAR(curved, straight, 1e-4 * straight);
+  measured("curve.limit", {curved, straight});
 }
 
 // The support frames between the girders stiffen their ends a little: 2e-4 at this span.
@@ -68,6 +72,7 @@ TEST(TwoGirders, EquallyLoadedAnswerAsOneWithHalfTheLoad) {
   one.pour_load(1, 1) = 1.5;
   const double d = analyse(one).deflection(1, 240);
   const Bridge b = analyse(two);
+  measured("girders.two", {b.deflection(1, 240, 0), d});
   EXPECT_NEAR(b.deflection(1, 240, 0), d, 3e-4 * d);
   EXPECT_NEAR(b.deflection(1, 240, 1), d, 3e-4 * d);
   EXPECT_NEAR(b.deflection(1, 240, 0), b.deflection(1, 240, 1), 1e-9 * d);
