@@ -25,7 +25,6 @@ bool good_heads(const Input& in, Keyword k) {
   return in.block[k].line > 0 && !heads.empty() &&
          std::all_of(heads.begin(), heads.end(), [](const RecordPlace& p) { return p.good; });
 }
-bool length_known(const Input& in) { return good_heads(in, LGBR) && in.model.lgbr >= 0; }
 int head_line(const Input& in, Keyword k) { return in.block[k].heads.front().line; }
 
 enum class Range { POSITIVE, NOT_NEGATIVE };
@@ -57,6 +56,11 @@ void check_value(Input& in, Keyword k, int row, int line, const std::string& nam
 int as_typed(const Input& in, int line, std::string_view name, int value) {
   const MovedValue* moved = moved_value(in, line, name);
   return moved == nullptr ? value : moved->typed;
+}
+
+// The length of the girder can be judged by.
+bool length_known(const Input& in) {
+  return good_heads(in, LGBR) && as_typed(in, head_line(in, LGBR), "length", in.model.lgbr) >= 0;
 }
 
 // A position or length for a message: "984", or "999, cut to 984".

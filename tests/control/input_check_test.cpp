@@ -52,6 +52,9 @@ TEST(InputCheck, ReportsAllFaultsByLineAndNoneTwice) {
             "zvinp.txt:19: support row 1: position is outside the girder (999, cut to 984), must "
             "be 0 to 240\n"
             "zvinp.txt:44: studs: the keyword is missing, must be given\n");
+  // By a length that is none, nothing else is judged.
+  EXPECT_EQ(notes_on(one_girder_input().set("lgbr", "-5")),
+            "zvinp.txt:4: lgbr: length is negative (-5, cut to 0), must be 0 or more\n");
   EXPECT_EQ(notes_on("ngird\n1\nwebthick\n3\n96 x\n"),
             "zvinp.txt:5: webthick row 1: thickness cannot be converted (x), must be a real\n"
             "zvinp.txt:5: webthick row 2: the file ends in the place of the length\n");
